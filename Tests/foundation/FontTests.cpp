@@ -1,0 +1,95 @@
+#include "YDpi.h"
+#include "YFont.h"
+
+#include <afxwin.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <cwchar>
+
+namespace {
+
+LOGFONTW CourierNew()
+{
+    LOGFONTW font{};
+    font.lfHeight = -13;
+    font.lfWidth = 1;
+    font.lfEscapement = 2;
+    font.lfOrientation = 3;
+    font.lfWeight = FW_BOLD;
+    font.lfItalic = 1;
+    font.lfCharSet = ANSI_CHARSET;
+    font.lfPitchAndFamily = FIXED_PITCH;
+    std::wcscpy(font.lfFaceName, L"Courier New");
+    return font;
+}
+
+}  // namespace
+
+TEST(YLogFont, EqualUpToTheEndOfTheFaceName)
+{
+    const YLogFont font(CourierNew());
+    LOGFONTW other = CourierNew();
+    other.lfFaceName[LF_FACESIZE - 1] = L'x';  // behind the terminator
+    EXPECT_TRUE(font == YLogFont(other));
+    other.lfFaceName[0] = L'c';
+    EXPECT_FALSE(font == YLogFont(other));
+}
+
+// Every field before the name, a byte at a time: none is left out of the comparison.
+TEST(YLogFont, DiffersInEveryField)
+{
+    const YLogFont font(CourierNew());
+    for (std::size_t byte = 0; byte < offsetof(LOGFONTW, lfFaceName); ++byte) {
+        LOGFONTW other = CourierNew();
+        reinterpret_cast<unsigned char*>(&other)[byte] ^= 0x10;
+        EXPECT_FALSE(font == YLogFont(other)) << "byte " << byte;
+    }
+}
+
+class YCreateFontTest : public testing::Test
+{
+protected:
+    LOGFONTW Make(const YFontData& data, bool scaleToDevice)
+    {
+        CClientDC dc(nullptr);  // the screen
+        LOGFONTW made{};
+        if (const auto font = YCreateFont(dc, data, scaleToDevice)) {
+            ::GetObjectW(static_cast<HFONT>(font->GetSafeHandle()), sizeof(made), &made);
+        }
+        return made;
+    }
+};
+
+TEST_F(YCreateFontTest, TakesEveryFieldOfALogFontAndItsPixels)
+{
+    for (const bool scale : {false, true}) {
+        EXPECT_TRUE(YLogFont(Make(YFontData(CourierNew()), scale)) == YLogFont(CourierNew()));
+    }
+}
+
+TEST_F(YCreateFontTest, ScalesPointsByTheDevice)
+{
+    YFontData data(CourierNew());
+    data.pointSize = 9;
+    CClientDC dc(nullptr);
+    EXPECT_EQ(Make(data, false).lfHeight, -12);
+    EXPECT_EQ(Make(data, true).lfHeight, -::MulDiv(9, dc.GetDeviceCaps(LOGPIXELSY), 72));
+}
+
+TEST_F(YCreateFontTest, CutsALongFaceName)
+{
+    YFontData data(CourierNew());
+    data.face = std::wstring(40, L'n').c_str();
+    EXPECT_EQ(std::wcslen(Make(data, false).lfFaceName), LF_FACESIZE - 1u);
+}
+
+TEST(AdjustForDpiX, KeepsAPositiveLengthVisible)
+{
+    CClientDC dc(nullptr);
+    const int dpi = dc.GetDeviceCaps(LOGPIXELSX);
+    EXPECT_EQ(AdjustForDpiX(&dc, 96), dpi);
+    EXPECT_EQ(AdjustForDpiX(&dc, 0), 0);
+    EXPECT_GE(AdjustForDpiX(&dc, 1), 1);
+}

@@ -1,0 +1,141 @@
+#include "YUnknown.h"
+#include "YUnknownPointer.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace {
+
+class Object : public YUnknown<>
+{
+public:
+    explicit Object(int& liveObjects) : live(liveObjects) { ++live; }
+    Object(const Object& other) : YUnknown(other), live(other.live) { ++live; }
+    ~Object() override { --live; }
+
+private:
+    int& live;
+};
+
+using Pointer = YUnknownPointer<Object>;
+
+}  // namespace
+
+TEST(YUnknown, CountsFromOneAndDeletesItselfAtNone)
+{
+    int live = 0;
+    auto* const object = new Object(live);
+    EXPECT_EQ(object->AddRef(), 2u);
+    const Object* const constant = object;
+    EXPECT_EQ(constant->AddRef(), 3u);
+    EXPECT_EQ(constant->Release(), 2u);
+    EXPECT_EQ(static_cast<IUnknown*>(object)->Release(), 1u);
+    EXPECT_EQ(live, 1);
+    EXPECT_EQ(constant->Release(), 0u);
+    EXPECT_EQ(live, 0);
+}
+
+TEST(YUnknown, AnswersNoQuery)
+{
+    int live = 0;
+    const Pointer object = Pointer::Make(live);
+    void* out = &live;
+    EXPECT_EQ(object->QueryInterface(IID_IUnknown, &out), E_NOINTERFACE);
+    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(object->QueryInterface(IID_IUnknown, nullptr), E_NOINTERFACE);
+}
+
+TEST(YUnknown, ACopyHasACountOfItsOwn)
+{
+    int live = 0;
+    Pointer object = Pointer::Make(live);
+    const Pointer shared = object;
+    Pointer copy = Pointer::Make(*object);
+    EXPECT_EQ(copy->AddRef(), 2u);
+    copy->Release();
+    copy.Reset();
+    EXPECT_EQ(live, 1);
+}
+
+TEST(YUnknown, CountsAcrossThreads)
+{
+    int live = 0;
+    const Pointer object = Pointer::Make(live);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([shared = object] {
+            for (int round = 0; round < 50'000; ++round) {
+                const Pointer another = shared;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    threads.clear();
+    EXPECT_EQ(object->AddRef(), 2u);
+    EXPECT_EQ(object->Release(), 1u);
+}
+
+TEST(YUnknown, TheSlotsStandInTheirOrder)
+{
+    int live = 0;
+    const Pointer object = Pointer::Make(live);
+    using Slot = ULONG(STDMETHODCALLTYPE*)(void*);
+    const Slot* const slots = *reinterpret_cast<Slot**>(object.Get());
+    EXPECT_EQ(slots[1](object.Get()), 2u);  // AddRef
+    EXPECT_EQ(slots[2](object.Get()), 1u);  // Release
+    EXPECT_EQ(slots[3](object.Get()), 2u);  // AddRef const: IUnknown has no operations of its own
+    EXPECT_EQ(slots[4](object.Get()), 1u);  // Release const
+}
+
+TEST(YUnknownPointer, OwnsOneReferencePerPointer)
+{
+    int live = 0;
+    auto* const object = new Object(live);
+    Pointer first = Pointer::Adopt(object);
+    Pointer second = first;
+    const Pointer third(object);
+    EXPECT_EQ(object->AddRef(), 4u);
+    object->Release();
+
+    Pointer moved = std::move(second);
+    EXPECT_FALSE(second);
+    EXPECT_TRUE(moved == third);
+    EXPECT_TRUE(second == nullptr);
+    moved = moved;  // NOLINT: that is the case
+    EXPECT_TRUE(moved == object);
+
+    Object* const detached = first.Detach();
+    moved.Reset();
+    EXPECT_EQ(detached->Release(), 1u);
+    EXPECT_EQ(live, 1);
+}
+
+TEST(YUnknownPointer, WidensToABaseAndToConst)
+{
+    int live = 0;
+    const Pointer object = Pointer::Make(live);
+    const YUnknownPointer<const Object> constant = object;
+    const YUnknownPointer<IUnknown> base = object;
+    EXPECT_TRUE(base == object.Get());
+    EXPECT_EQ(constant->AddRef(), 4u);
+    EXPECT_EQ(constant->Release(), 3u);
+}
+
+// A new value may be owned by the old one.
+TEST(YUnknownPointer, AssignmentKeepsTheNewBeforeItReleasesTheOld)
+{
+    struct Node : YUnknown<>
+    {
+        YUnknownPointer<Node> next;
+    };
+    auto list = YUnknownPointer<Node>::Make();
+    list->next = YUnknownPointer<Node>::Make();
+    list = list->next;
+    EXPECT_TRUE(list);
+    EXPECT_TRUE(list->next == nullptr);
+}

@@ -1,0 +1,44 @@
+// Input.h: what a user does, through the system's own input queue, and the waiting that goes with it.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+
+// Handles messages until none is left, including those that handling them posts.
+void PumpMessages();
+
+// Handles messages until the condition holds; false when it does not within the limit. Tests wait
+// for what must happen, never for a time.
+bool PumpUntil(const std::function<bool()>& condition, DWORD limitMilliseconds = 5000);
+
+// The pointer, in client coordinates of a window; each call is pumped before it returns.
+void MovePointer(HWND window, POINT point);
+void PressLeft(HWND window, POINT point);
+void ReleaseLeft(HWND window, POINT point);
+void ClickLeft(HWND window, POINT point);
+// Press, a few steps on the way, release.
+void DragLeft(HWND window, POINT from, POINT to);
+// Turns the wheel over the point; delta in wheel units (120 a notch).
+void TurnWheel(HWND window, POINT point, int delta);
+
+// Keys, to whichever window has the focus.
+void PressKey(WORD virtualKey);
+void ReleaseKey(WORD virtualKey);
+void TypeKey(WORD virtualKey);
+
+// Holds a key (Shift, Alt, Control) for the life of the object.
+class HeldKey
+{
+public:
+    explicit HeldKey(WORD virtualKey) : key(virtualKey) { PressKey(key); }
+    ~HeldKey() { ReleaseKey(key); }
+    HeldKey(const HeldKey&) = delete;
+    HeldKey& operator=(const HeldKey&) = delete;
+
+private:
+    WORD key;
+};
+
+// Brings a window to the front and gives it the focus, as a click on its caption would.
+bool Activate(HWND window);

@@ -1,0 +1,180 @@
+#include "support/LeakCheck.h"
+
+#include "support/ImportHook.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <winternl.h>
+
+#include <atomic>
+#include <cstdint>
+#include <cstdlib>
+#include <list>
+#include <ostream>
+#include <stdexcept>
+#include <vector>
+
+namespace {
+
+std::atomic<long> liveBlocks = 0;
+std::atomic<long> liveHooks = 0;
+
+// operator new and delete live in the C++ run-time DLL, which every module of ours shares: its
+// calls of malloc and free are all of ours.
+void* CountingMalloc(std::size_t size)
+{
+    void* block = std::malloc(size);
+    liveBlocks += block != nullptr;
+    return block;
+}
+
+void CountingFree(void* block)
+{
+    liveBlocks -= block != nullptr;
+    std::free(block);
+}
+
+HHOOK WINAPI CountingSetHook(int id, HOOKPROC procedure, HINSTANCE module, DWORD thread)
+{
+    const HHOOK hook = ::SetWindowsHookExW(id, procedure, module, thread);
+    liveHooks += hook != nullptr;
+    return hook;
+}
+
+BOOL WINAPI CountingUnhook(HHOOK hook)
+{
+    const BOOL removed = ::UnhookWindowsHookEx(hook);
+    liveHooks -= removed != FALSE;
+    return removed;
+}
+
+// Where the module is not loaded or does not use the function there is nothing to count.
+template <class Function>
+void HookIfImported(const wchar_t* module, const char* library, const char* function,
+                    Function* replacement)
+{
+    static std::list<ImportHook> hooks;  // for the life of the process
+    try {
+        hooks.emplace_back(module, library, function, replacement);
+    } catch (const std::runtime_error&) {}
+}
+
+// GetGuiResources answers 0 under Wine; the table behind it is the same everywhere: 24 bytes an
+// entry, its address in the process block.
+long CountGdiObjects()
+{
+    constexpr unsigned entries = 0x4000;
+    constexpr unsigned entrySize = 24;
+    const auto* process = reinterpret_cast<const std::uint8_t*>(__readfsdword(0x30));
+    const auto* table = *reinterpret_cast<const std::uint8_t* const*>(process + 0x94);
+    long count = 0;
+    for (unsigned i = 0; i < entries; ++i) {
+        count += (table[i * entrySize + 14] & 0xFF) != 0;
+    }
+    return count;
+}
+
+struct HandleEntry
+{
+    USHORT process;
+    USHORT backTrace;
+    UCHAR type;
+    UCHAR flags;
+    USHORT value;
+    PVOID object;
+    ULONG access;
+};
+
+long CountKernelHandles()
+{
+    constexpr auto handleInformation = static_cast<SYSTEM_INFORMATION_CLASS>(16);
+    static std::vector<std::uint8_t> buffer(1 << 20);
+    ULONG size = 0;
+    while (::NtQuerySystemInformation(handleInformation, buffer.data(),
+                                      static_cast<ULONG>(buffer.size()), &size) != 0) {
+        if (buffer.size() > (64u << 20)) {
+            throw std::runtime_error("the system's handles cannot be listed");
+        }
+        buffer.resize(buffer.size() * 2);
+    }
+    const auto count = *reinterpret_cast<const ULONG*>(buffer.data());
+    const auto* entries = reinterpret_cast<const HandleEntry*>(buffer.data() + sizeof(ULONG));
+    const DWORD process = ::GetCurrentProcessId();
+    long own = 0;
+    for (ULONG i = 0; i < count; ++i) {
+        own += entries[i].process == process;
+    }
+    return own;
+}
+
+bool IsOurs(HWND window)
+{
+    DWORD process = 0;
+    ::GetWindowThreadProcessId(window, &process);
+    return process == ::GetCurrentProcessId();
+}
+
+BOOL CALLBACK CountChild(HWND, LPARAM count)
+{
+    ++*reinterpret_cast<long*>(count);
+    return TRUE;
+}
+
+BOOL CALLBACK CountTopLevel(HWND window, LPARAM count)
+{
+    if (IsOurs(window)) {
+        ++*reinterpret_cast<long*>(count);
+        ::EnumChildWindows(window, CountChild, count);
+    }
+    return TRUE;
+}
+
+long CountWindows()
+{
+    long count = 0;
+    ::EnumWindows(CountTopLevel, reinterpret_cast<LPARAM>(&count));
+    for (HWND window = nullptr;
+         (window = ::FindWindowExW(HWND_MESSAGE, window, nullptr, nullptr)) != nullptr;) {
+        count += IsOurs(window);
+    }
+    return count;
+}
+
+}  // namespace
+
+std::ostream& operator<<(std::ostream& stream, const ResourceCounts& counts)
+{
+    return stream << counts.gdiObjects << " GDI objects, " << counts.kernelHandles
+                  << " kernel handles, " << counts.windows << " windows, " << counts.windowHooks
+                  << " hooks, " << counts.blocks << " blocks";
+}
+
+void InstallResourceCounters()
+{
+    HookIfImported(L"libstdc++-6.dll", "msvcrt.dll", "malloc", &CountingMalloc);
+    HookIfImported(L"libstdc++-6.dll", "msvcrt.dll", "free", &CountingFree);
+    for (const wchar_t* module : {L"CommonUi.dll", L"CommonFramework.dll"}) {
+        HookIfImported(module, "USER32.dll", "SetWindowsHookExW", &CountingSetHook);
+        HookIfImported(module, "USER32.dll", "UnhookWindowsHookEx", &CountingUnhook);
+    }
+}
+
+ResourceCounts CountResources()
+{
+    ResourceCounts counts;
+    counts.gdiObjects = CountGdiObjects();
+    counts.kernelHandles = CountKernelHandles();
+    counts.windows = CountWindows();
+    counts.windowHooks = liveHooks;
+    counts.blocks = liveBlocks;
+    return counts;
+}
+
+LeakCheck::LeakCheck() : before(CountResources()) {}
+
+LeakCheck::~LeakCheck()
+{
+    const ResourceCounts after = CountResources();
+    EXPECT_EQ(after, before) << "left behind";
+}
