@@ -1,0 +1,216 @@
+// The real clipboard, read back with the system's own calls.
+
+#include "YUnicodeString.h"
+#include "YUniqueHandle.h"
+#include "YUnknownPointer.h"
+#include "textview/CaseName.h"
+#include "textview/ClipboardBuffer.h"
+#include "textview/RecordingView.h"
+#include "textview/YClipboard.h"
+
+#include <afxole.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <optional>
+#include <string>
+
+namespace {
+
+using Buffer = YUnknownPointer<ClipboardBuffer>;
+
+constexpr unsigned genericClipboardFailure = 0xE1330068;
+
+// Puts a block of bytes on the clipboard, without OLE.
+void Offer(UINT format, const std::string& bytes)
+{
+    HGLOBAL block = ::GlobalAlloc(GMEM_MOVEABLE, bytes.size());
+    std::memcpy(::GlobalLock(block), bytes.data(), bytes.size());
+    ::GlobalUnlock(block);
+    ::SetClipboardData(format, block);  // the clipboard owns it now
+}
+
+std::string BytesOf(const std::wstring& text)
+{
+    return {reinterpret_cast<const char*>(text.c_str()), (text.size() + 1) * sizeof(wchar_t)};
+}
+
+class ClipboardTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(AfxOleInit());
+        window = ::CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr,
+                                   nullptr);
+        ASSERT_TRUE(Open());
+        ::EmptyClipboard();
+        ::CloseClipboard();
+    }
+    void TearDown() override
+    {
+        ::OleSetClipboard(nullptr);
+        ::DestroyWindow(window);
+    }
+
+    bool Open() const { return ::OpenClipboard(window) != FALSE; }
+    bool IsOpen() const { return ::GetOpenClipboardWindow() != nullptr; }
+
+    // The text that other programs see, with its terminator.
+    std::optional<std::wstring> Text() const
+    {
+        if (!Open()) {
+            return std::nullopt;
+        }
+        std::optional<std::wstring> text;
+        if (const HANDLE block = ::GetClipboardData(CF_UNICODETEXT)) {
+            const YGlobalLock lock(block);
+            text = static_cast<const wchar_t*>(lock.Get());
+        }
+        ::CloseClipboard();
+        return text;
+    }
+
+    // A buffer on a clipboard that offers these bytes.
+    Buffer Read(UINT format, UINT offered, const std::string& bytes) const
+    {
+        EXPECT_TRUE(Open());
+        ::EmptyClipboard();
+        Offer(offered, bytes);
+        Buffer buffer = Buffer::Make(format, false);
+        EXPECT_FALSE(IsOpen());
+        return buffer;
+    }
+
+    HWND window = nullptr;
+};
+
+std::string BytesIn(const Buffer& buffer)
+{
+    unsigned char* data = nullptr;
+    buffer->GetData(data);
+    return data ? reinterpret_cast<const char*>(data) : "none";
+}
+
+std::wstring TextIn(const Buffer& buffer)
+{
+    YUnicodeString text(L"before");
+    buffer->GetData(text);
+    return text.c_str();
+}
+
+}  // namespace
+
+TEST_F(ClipboardTest, TextIsOfferedAsUtf16)
+{
+    EXPECT_TRUE(YCopyTextToClipboard(L"a\r\n\xD83D\xDE00 b"));
+    EXPECT_EQ(Text(), L"a\r\n\xD83D\xDE00 b");
+    EXPECT_TRUE(YCopyTextToClipboard(L""));
+    EXPECT_EQ(Text(), L"");
+    EXPECT_FALSE(YCopyTextToClipboard(nullptr));
+    EXPECT_FALSE(YCopyBufferToClipboard(nullptr));
+    EXPECT_EQ(Text(), L"");
+}
+
+TEST_F(ClipboardTest, TheViewCopiesItsSelectionWithTheLastCell)
+{
+    RecordingView view;
+    view.Append({L"abcdef", L"ghijkl"});
+    view.OnEditCopy();
+    EXPECT_EQ(Text(), std::nullopt);
+    view.Drag(4, 0, 1, 1);
+    view.OnEditCopy();
+    EXPECT_EQ(Text(), L"ef\r\ngh\r\n");
+    view.Drag(1, 1, 2, 1);
+    view.EnableCopy(false);
+    view.OnEditCopy();
+    EXPECT_EQ(Text(), L"ef\r\ngh\r\n");
+}
+
+TEST_F(ClipboardTest, TheBufferCopiesEverything)
+{
+    YTextViewBuffer buffer(3);
+    Append(buffer, {L"a", L"", L"b"});
+    buffer.CopyTextToClipboard();
+    EXPECT_EQ(Text(), L"a\r\n\r\nb\r\n");
+}
+
+TEST_F(ClipboardTest, ABufferOfNothingIsInvalidAndSaysWhy)
+{
+    ASSERT_TRUE(Open());
+    ::SetLastError(0);
+    const Buffer buffer = Buffer::Make(unsigned{CF_UNICODETEXT}, true);
+    EXPECT_EQ(::GetLastError(), genericClipboardFailure);
+    EXPECT_FALSE(IsOpen());
+    EXPECT_FALSE(buffer->IsValid());
+    EXPECT_TRUE(buffer->IsUnicode());
+    EXPECT_EQ(BytesIn(buffer), "none");
+    EXPECT_EQ(TextIn(buffer), L"");
+    EXPECT_FALSE(buffer->IsMultiline(0));
+}
+
+TEST_F(ClipboardTest, ABufferKeepsItsTextWhenTheClipboardChanges)
+{
+    const Buffer wide = Read(CF_UNICODETEXT, CF_UNICODETEXT, BytesOf(L"w\xE9"));
+    const Buffer narrow = Read(CF_TEXT, CF_TEXT, std::string("n\xE9", 3));
+    EXPECT_TRUE(wide->IsValid());
+    EXPECT_EQ(TextIn(wide), L"w\xE9");
+    EXPECT_FALSE(narrow->IsUnicode());
+    EXPECT_EQ(BytesIn(narrow), "n\xE9");
+    EXPECT_EQ(TextIn(narrow), YUnicodeString::FromBytes("n\xE9").c_str());
+}
+
+TEST_F(ClipboardTest, TypographicPunctuationBecomesAscii)
+{
+    const std::string typographic("\x93quoted\x94 \x91single\x92 a\x96z a\x97z \xE9");
+    const Buffer buffer =
+        Read(ClipboardBuffer::asciiText, CF_TEXT, typographic + std::string(1, '\0'));
+    EXPECT_EQ(BytesIn(buffer), "\"quoted\" \x91single\x92 a-z a-z \xE9");
+    EXPECT_EQ(BytesIn(Read(CF_TEXT, CF_TEXT, typographic + std::string(1, '\0'))), typographic);
+}
+
+TEST_F(ClipboardTest, AnotherTextReplacesTheOneHeld)
+{
+    YUnicodeString text(L"new\r\nline");
+    const Buffer wide = Read(CF_UNICODETEXT, CF_UNICODETEXT, BytesOf(L"old"));
+    EXPECT_TRUE(wide->SetData(text));
+    EXPECT_EQ(TextIn(wide), L"new\r\nline");
+    EXPECT_TRUE(wide->IsMultiline(1));
+    EXPECT_EQ(Text(), L"old");
+
+    const Buffer ascii = Read(ClipboardBuffer::asciiText, CF_TEXT, std::string("old", 4));
+    const Buffer shared = Buffer::Make(*ascii);
+    YUnicodeString dash(YUnicodeString::FromBytes("a\x96z"));
+    EXPECT_TRUE(ascii->SetData(dash));
+    EXPECT_EQ(BytesIn(ascii), "a-z");
+    EXPECT_EQ(BytesIn(shared), "old");  // it shared the text, not the object
+}
+
+struct MultilineCase
+{
+    const char* name;
+    std::string text;
+    unsigned lines;
+    bool multiline;
+};
+
+class ClipboardMultiline : public ClipboardTest, public testing::WithParamInterface<MultilineCase>
+{};
+
+TEST_P(ClipboardMultiline, CountsLineBreaksAlikeInBothWidths)
+{
+    const MultilineCase& c = GetParam();
+    const std::wstring wide(c.text.begin(), c.text.end());
+    EXPECT_EQ(Read(CF_UNICODETEXT, CF_UNICODETEXT, BytesOf(wide))->IsMultiline(c.lines),
+              c.multiline);
+    EXPECT_EQ(Read(CF_TEXT, CF_TEXT, c.text + '\0')->IsMultiline(c.lines), c.multiline);
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, ClipboardMultiline,
+                         testing::Values(MultilineCase{"OneLine", "abc", 1, false},
+                                         MultilineCase{"NoneAskedFor", "", 0, true},
+                                         MultilineCase{"CrLf", "a\r\nb\r\n", 2, true},
+                                         MultilineCase{"CrLfIsOneBreak", "a\r\nb", 2, false},
+                                         MultilineCase{"BareLf", "a\nb\n", 2, true},
+                                         MultilineCase{"CrHidesLf", "a\nb\nc\r", 2, false}),
+                         CaseName());

@@ -1,0 +1,123 @@
+#include "textview/YTextViewHighlight.h"
+
+#include "YNpos.h"
+#include "YUnknownPointer.h"
+#include "textview/CaseName.h"
+#include "textview/ITextViewHighlightSink.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Position = YTextViewCharPosition;
+using Pointer = YUnknownPointer<YTextViewHighlight>;
+
+class CountingSink final : public ITextViewHighlightSink
+{
+public:
+    void OnHighlightChange() override { ++changes; }
+
+    int changes = 0;
+};
+
+}  // namespace
+
+TEST(YTextViewHighlight, TellsOfChangesOnly)
+{
+    CountingSink sink;
+    const auto highlight = Pointer::Make(&sink);
+    EXPECT_EQ(highlight->GetBegin(), Position(0, 0));
+    EXPECT_EQ(highlight->GetEnd(), Position(0, 0));
+
+    highlight->UpdateBegin({3, 1});
+    EXPECT_EQ(sink.changes, 0);
+    highlight->UpdateEnd({0, 0});
+    EXPECT_EQ(sink.changes, 0);
+    highlight->UpdateEnd({0, 1});
+    EXPECT_EQ(sink.changes, 1);
+    highlight->Update({3, 1}, {0, 1}, true);
+    EXPECT_EQ(sink.changes, 1);
+    highlight->Update({3, 2}, {0, 1}, true);
+    EXPECT_EQ(sink.changes, 2);
+    highlight->Update({3, 3}, {4, 5}, false);
+    EXPECT_EQ(sink.changes, 2);
+    EXPECT_EQ(highlight->GetBegin(), Position(3, 3));
+    EXPECT_EQ(highlight->GetEnd(), Position(4, 5));
+}
+
+TEST(YTextViewHighlight, ACopyHasTheSinkAndACountOfItsOwn)
+{
+    CountingSink sink;
+    auto original = Pointer::Make(&sink, Position(1, 2), Position(3, 4));
+    const Pointer shared = original;
+    const auto copy = Pointer::Make(*original);
+    EXPECT_EQ(copy->AddRef(), 2u);
+    EXPECT_EQ(copy->Release(), 1u);
+    EXPECT_TRUE(copy->Equal(*original));
+    copy->UpdateEnd({9, 9});
+    EXPECT_EQ(sink.changes, 1);
+    EXPECT_FALSE(copy->Equal(*original));
+
+    *copy = *original;
+    EXPECT_TRUE(copy->Equal(*original));
+    EXPECT_EQ(copy->AddRef(), 2u);
+    EXPECT_EQ(copy->Release(), 1u);
+}
+
+TEST(YTextViewHighlight, WithoutASinkTellsNobody)
+{
+    const auto highlight = Pointer::Make(nullptr, Position(0, 1), Position(0, 2));
+    EXPECT_NO_THROW(highlight->UpdateEnd({1, 1}));
+}
+
+TEST(YTextViewHighlight, EqualityIsOfTheEndsFieldByField)
+{
+    CountingSink sink;
+    const auto a = Pointer::Make(&sink, Position(1, 2), Position(3, 4));
+    EXPECT_TRUE(a->Equal(*Pointer::Make(nullptr, Position(1, 2), Position(3, 4))));
+    EXPECT_FALSE(a->Equal(*Pointer::Make(&sink, Position(2, 1), Position(3, 4))));
+    EXPECT_FALSE(a->Equal(*Pointer::Make(&sink, Position(1, 2), Position(3, 5))));
+    EXPECT_FALSE(a->Equal(*Pointer::Make(&sink, Position(1, 2), Position(0, 4))));
+}
+
+TEST(YTextViewHighlight, ContainsTheLinesFromBeginToEnd)
+{
+    const auto highlight = Pointer::Make(nullptr, Position(9, 2), Position(0, 4));
+    EXPECT_FALSE(highlight->ContainsLine(1));
+    EXPECT_TRUE(highlight->ContainsLine(2));
+    EXPECT_TRUE(highlight->ContainsLine(4));
+    EXPECT_FALSE(highlight->ContainsLine(5));
+}
+
+struct ScrollCase
+{
+    const char* name;
+    Position begin, end;
+    unsigned lines;
+    bool stays;
+    Position newBegin, newEnd;
+};
+
+class YTextViewHighlightScroll : public testing::TestWithParam<ScrollCase>
+{};
+
+TEST_P(YTextViewHighlightScroll, FollowsTheText)
+{
+    const ScrollCase& c = GetParam();
+    CountingSink sink;
+    const auto highlight = Pointer::Make(&sink, c.begin, c.end);
+    EXPECT_EQ(highlight->Scroll(c.lines), c.stays);
+    EXPECT_EQ(highlight->GetBegin(), c.newBegin);
+    EXPECT_EQ(highlight->GetEnd(), c.newEnd);
+    EXPECT_EQ(sink.changes, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, YTextViewHighlightScroll,
+    testing::Values(ScrollCase{"BothMove", {1, 5}, {2, 7}, 5, true, {1, 0}, {2, 2}},
+                    ScrollCase{"BeginLeaves", {1, 5}, {2, 7}, 6, true, {0, 0}, {2, 1}},
+                    ScrollCase{"BothLeave", {1, 5}, {2, 7}, 8, false, {1, 5}, {2, 7}},
+                    ScrollCase{"BackwardsEndLeaves", {1, 7}, {2, 5}, 6, true, {1, 1}, {0, 0}},
+                    ScrollCase{"NoLines", {1, 0}, {2, 0}, 0, true, {1, 0}, {2, 0}},
+                    ScrollCase{"PastTheEnd", {1, 1}, {2, npos}, 2, true, {0, 0}, {2, npos - 2}}),
+    CaseName());
