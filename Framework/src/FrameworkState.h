@@ -1,0 +1,32 @@
+// FrameworkState.h: what the framework remembers of the program and of each thread.
+#pragma once
+
+#include "afxwin.h"
+
+class WindowCreation;
+
+struct ModuleState
+{
+    HINSTANCE instance = nullptr;  // null: ask the system for the program's
+    HINSTANCE resources = nullptr;  // null: the instance
+    CWinApp* application = nullptr;
+};
+
+// No member needs destruction, so the state is there until the thread's very end.
+struct ThreadState
+{
+    CWinThread* thread = nullptr;
+    MSG handled{};  // by the innermost window procedure at work
+    WindowCreation* creation = nullptr;  // that waits for its window to appear
+};
+
+ModuleState& GetModuleState();
+ThreadState& GetThreadState();
+
+// Reports what a handler threw and answers for it: -1 to WM_CREATE, which ends the creation, else
+// 0. What was to be painted counts as painted: it would be asked for without end.
+LRESULT AnswerForFailedHandler(const char* reason, const MSG& message) noexcept;
+
+// Inside a catch block: what the thread's ProcessWndProcException makes of the exception; without
+// a thread object, or for exceptions that are none of the framework's, the answer above.
+LRESULT AnswerForCurrentException(const MSG& message) noexcept;

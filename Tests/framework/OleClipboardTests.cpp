@@ -1,0 +1,266 @@
+// What a program offers on the clipboard: formats, copies, life time, a clipboard that is busy.
+#include "afxole.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstring>
+#include <cwchar>
+#include <string>
+#include <thread>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// Says when it goes.
+class CountedSource : public COleDataSource
+{
+public:
+    explicit CountedSource(std::atomic<int>& liveSources) : live(liveSources) { ++live; }
+    ~CountedSource() override { --live; }
+
+private:
+    std::atomic<int>& live;
+};
+
+HGLOBAL BlockOf(const std::wstring& text)
+{
+    const SIZE_T bytes = (text.size() + 1) * sizeof(wchar_t);
+    const HGLOBAL block = ::GlobalAlloc(GMEM_MOVEABLE, bytes);
+    std::memcpy(::GlobalLock(block), text.c_str(), bytes);
+    ::GlobalUnlock(block);
+    return block;
+}
+
+std::wstring TextOf(HGLOBAL block)
+{
+    const auto* locked = static_cast<const wchar_t*>(::GlobalLock(block));
+    std::wstring text = locked == nullptr ? L"" : locked;
+    ::GlobalUnlock(block);
+    return text;
+}
+
+// A window of the calling thread with the clipboard open: only with a window does that keep others
+// out.
+class OpenedClipboard
+{
+public:
+    OpenedClipboard()
+        : window(::CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr,
+                                   nullptr))
+    {
+        for (int i = 0; i < 100 && !opened; ++i) {
+            opened = ::OpenClipboard(window);
+            if (!opened) {
+                std::this_thread::sleep_for(1ms);
+            }
+        }
+        EXPECT_TRUE(opened);
+    }
+    ~OpenedClipboard()
+    {
+        ::CloseClipboard();
+        ::DestroyWindow(window);
+    }
+    OpenedClipboard(const OpenedClipboard&) = delete;
+    OpenedClipboard& operator=(const OpenedClipboard&) = delete;
+
+    std::wstring Text() const
+    {
+        const HANDLE block = ::GetClipboardData(CF_UNICODETEXT);
+        return block == nullptr ? L"" : ::TextOf(block);
+    }
+
+private:
+    HWND window;
+    bool opened = false;
+};
+
+std::wstring ClipboardText()
+{
+    return OpenedClipboard().Text();
+}
+
+void EmptyTheClipboard()
+{
+    OpenedClipboard clipboard;
+    ::EmptyClipboard();
+}
+
+// Holds the clipboard open from another thread.
+class BusyClipboard
+{
+public:
+    explicit BusyClipboard(std::chrono::milliseconds time)
+        : holder([this, time] {
+              OpenedClipboard opened;
+              isHeld = true;
+              const auto end = std::chrono::steady_clock::now() + time;
+              while (!released && std::chrono::steady_clock::now() < end) {
+                  std::this_thread::sleep_for(1ms);
+              }
+          })
+    {
+        while (!isHeld) {
+            std::this_thread::yield();
+        }
+    }
+    ~BusyClipboard()
+    {
+        released = true;
+        holder.join();
+    }
+
+private:
+    std::atomic<bool> isHeld = false;
+    std::atomic<bool> released = false;
+    std::thread holder;
+};
+
+class DataSourceTest : public testing::Test
+{
+protected:
+    void TearDown() override
+    {
+        EmptyTheClipboard();
+        EXPECT_EQ(live, 0);
+    }
+
+    void Offer(const std::wstring& text)
+    {
+        COleDataSource* source = new CountedSource(live);
+        source->CacheGlobalData(CF_UNICODETEXT, BlockOf(text));
+        source->SetClipboard();
+    }
+
+    std::atomic<int> live = 0;
+};
+
+// With OLE on the test's own thread.
+class OleClipboardTest : public DataSourceTest
+{
+protected:
+    void SetUp() override { ASSERT_TRUE(AfxOleInit()); }
+    void TearDown() override
+    {
+        DataSourceTest::TearDown();
+        AfxOleTerm();
+    }
+};
+
+}  // namespace
+
+TEST_F(OleClipboardTest, SourceLivesUntilSomethingElseIsCopied)
+{
+    Offer(L"first \u20AC");
+    EXPECT_EQ(ClipboardText(), L"first \u20AC");
+    EXPECT_EQ(ClipboardText(), L"first \u20AC");
+    EXPECT_NE(COleDataSource::GetClipboardOwner(), nullptr);
+    EXPECT_EQ(live, 1);
+    Offer(L"second");
+    EXPECT_EQ(live, 1);
+    EXPECT_EQ(ClipboardText(), L"second");
+    EmptyTheClipboard();
+    EXPECT_EQ(live, 0);
+    EXPECT_EQ(COleDataSource::GetClipboardOwner(), nullptr);
+}
+
+TEST_F(OleClipboardTest, TextOutlivesTheSourceOnceFlushed)
+{
+    Offer(L"kept");
+    AfxOleTerm();
+    EXPECT_EQ(live, 0);
+    EXPECT_EQ(ClipboardText(), L"kept");
+}
+
+TEST_F(OleClipboardTest, WaitsForAClipboardThatIsBusyForAMoment)
+{
+    BusyClipboard busy(30ms);
+    Offer(L"patient");
+    EXPECT_EQ(ClipboardText(), L"patient");
+}
+
+TEST_F(OleClipboardTest, GivesUpOnABusyClipboardAndLeavesNothing)
+{
+    Offer(L"before");
+    const auto start = std::chrono::steady_clock::now();
+    {
+        BusyClipboard busy(10s);
+        Offer(L"never");
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
+    EXPECT_EQ(live, 1);
+    EXPECT_EQ(ClipboardText(), L"before");
+}
+
+TEST_F(OleClipboardTest, EachReaderHasACopyOfItsOwn)
+{
+    Offer(L"copy");
+    IDataObject* offered = nullptr;
+    ASSERT_EQ(::OleGetClipboard(&offered), S_OK);
+    FORMATETC format{CF_UNICODETEXT, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
+    STGMEDIUM first{};
+    STGMEDIUM second{};
+    ASSERT_EQ(offered->GetData(&format, &first), S_OK);
+    ASSERT_EQ(offered->GetData(&format, &second), S_OK);
+    EXPECT_NE(first.hGlobal, second.hGlobal);
+    *static_cast<wchar_t*>(::GlobalLock(first.hGlobal)) = L'X';
+    ::GlobalUnlock(first.hGlobal);
+    EXPECT_EQ(TextOf(second.hGlobal), L"copy");
+    EXPECT_EQ(ClipboardText(), L"copy");
+    ::ReleaseStgMedium(&first);
+    ::ReleaseStgMedium(&second);
+    offered->Release();
+}
+
+TEST_F(OleClipboardTest, OffersEachFormatOnce)
+{
+    COleDataSource* source = new CountedSource(live);
+    source->CacheGlobalData(CF_UNICODETEXT, BlockOf(L"replaced"));
+    source->CacheGlobalData(CF_UNICODETEXT, BlockOf(L"last"));
+    const auto own = static_cast<CLIPFORMAT>(::RegisterClipboardFormatW(L"CommonUi test"));
+    FORMATETC details{own, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
+    source->CacheGlobalData(0, BlockOf(L"own"), &details);
+    source->SetClipboard();
+
+    OpenedClipboard clipboard;
+    EXPECT_EQ(clipboard.Text(), L"last");
+    EXPECT_EQ(TextOf(::GetClipboardData(own)), L"own");
+    EXPECT_FALSE(::IsClipboardFormatAvailable(CF_BITMAP));
+}
+
+TEST_F(OleClipboardTest, SourceThatIsNeverOfferedGoesWithItsReference)
+{
+    COleDataSource* source = new CountedSource(live);
+    source->CacheGlobalData(CF_UNICODETEXT, BlockOf(L"unused"));
+    source->Empty();
+    source->InternalRelease();
+    EXPECT_EQ(live, 0);
+}
+
+TEST_F(DataSourceTest, BeginsOleForAThreadThatHasNone)
+{
+    ASSERT_EQ(::OleSetClipboard(nullptr), CO_E_NOTINITIALIZED);
+    Offer(L"late");
+    EXPECT_EQ(live, 1);
+    AfxOleTerm(TRUE);
+    EXPECT_EQ(live, 0);
+    EXPECT_EQ(::OleSetClipboard(nullptr), S_OK);
+    Offer(L"kept");
+    AfxOleTerm();
+    EXPECT_EQ(::OleSetClipboard(nullptr), CO_E_NOTINITIALIZED);
+    EXPECT_EQ(ClipboardText(), L"kept");
+}
+
+TEST_F(DataSourceTest, ThreadOfTheOtherModelLeavesNothing)
+{
+    std::thread([this] {
+        ASSERT_EQ(::CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
+        EXPECT_FALSE(AfxOleInit());
+        Offer(L"nowhere");
+        EXPECT_EQ(live, 0);
+        ::CoUninitialize();
+    }).join();
+}

@@ -1,0 +1,178 @@
+// Splitters: how panes share the room, and what dragging a bar does.
+#include "WindowTest.h"
+
+#include <afxext.h>
+
+namespace {
+
+constexpr int barSize = 6;
+constexpr int width = 300;
+constexpr int height = 200;
+
+class PaneView : public CView
+{
+    DECLARE_DYNCREATE(PaneView)
+
+protected:
+    void OnDraw(CDC* dc) override
+    {
+        CRect client;
+        GetClientRect(&client);
+        dc->FillSolidRect(client, RGB(255, 255, 255));
+    }
+};
+
+IMPLEMENT_DYNCREATE(PaneView, CView)
+
+class CSplitterWndTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        frame = new CFrameWnd;
+        ASSERT_TRUE(frame->Create(nullptr, L"Splitter", WS_POPUP | WS_CLIPCHILDREN,
+                                  CRect(50, 50, 50 + width, 50 + height)));
+        ASSERT_TRUE(splitter.CreateStatic(frame, 2, 2));
+        for (int row = 0; row < 2; ++row) {
+            for (int column = 0; column < 2; ++column) {
+                ASSERT_TRUE(splitter.CreateView(row, column, RUNTIME_CLASS(PaneView),
+                                                CSize(100, 80), nullptr));
+            }
+        }
+        splitter.SetColumnInfo(0, 100, 40);
+        splitter.SetColumnInfo(1, 0, 60);
+        splitter.SetRowInfo(0, 80, 20);
+        frame->RecalcLayout();
+        frame->ShowWindow(SW_SHOWNORMAL);
+        ASSERT_TRUE(Activate(*frame));
+    }
+
+    void TearDown() override
+    {
+        frame->DestroyWindow();
+        PumpMessages();
+        CWinThread().OnIdle(1);
+    }
+
+    CRect PlaceOf(int row, int column)
+    {
+        CRect place;
+        splitter.GetPane(row, column)->GetWindowRect(&place);
+        splitter.ScreenToClient(&place);
+        return place;
+    }
+
+    int ColumnWidth(int column)
+    {
+        int current = 0;
+        int minimum = 0;
+        splitter.GetColumnInfo(column, current, minimum);
+        return current;
+    }
+
+    CFrameWnd* frame = nullptr;  // deletes itself
+    CSplitterWnd splitter;
+};
+
+}  // namespace
+
+TEST_F(CSplitterWndTest, PanesAndBarsCoverTheClientArea)
+{
+    EXPECT_EQ(PlaceOf(0, 0), CRect(0, 0, 100, 80));
+    EXPECT_EQ(PlaceOf(0, 1), CRect(100 + barSize, 0, width, 80));
+    EXPECT_EQ(PlaceOf(1, 0), CRect(0, 80 + barSize, 100, height));
+    EXPECT_EQ(PlaceOf(1, 1), CRect(100 + barSize, 80 + barSize, width, height));
+    EXPECT_EQ(splitter.GetDlgItem(splitter.IdFromRowCol(1, 1)), splitter.GetPane(1, 1));
+}
+
+TEST_F(CSplitterWndTest, TrackWithoutRoomForItsMinimumIsNotShown)
+{
+    frame->SetWindowPos(nullptr, 0, 0, 130, height, SWP_NOMOVE | SWP_NOZORDER);
+    EXPECT_EQ(ColumnWidth(0), 100);
+    EXPECT_EQ(ColumnWidth(1), 0);  // 24 pixels are left
+    frame->SetWindowPos(nullptr, 0, 0, 30, height, SWP_NOMOVE | SWP_NOZORDER);
+    EXPECT_EQ(ColumnWidth(0), 0);
+    frame->SetWindowPos(nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER);
+    EXPECT_EQ(ColumnWidth(0), 100);
+}
+
+struct DragCase
+{
+    const char* name;
+    int to;  // x where the bar, taken in its middle, is let go
+    int expected;  // width of the first column
+};
+
+class CSplitterWndDrag : public CSplitterWndTest, public testing::WithParamInterface<DragCase>
+{};
+
+TEST_P(CSplitterWndDrag, MovesTheBarWithinTheMinima)
+{
+    const int middle = 100 + barSize / 2;
+    DragLeft(splitter, {middle, 30}, {GetParam().to, 30});
+    EXPECT_EQ(ColumnWidth(0), GetParam().expected);
+    EXPECT_EQ(PlaceOf(1, 1).left, GetParam().expected + barSize);
+    EXPECT_EQ(PlaceOf(0, 0).bottom, 80);  // the other direction stays
+    EXPECT_EQ(::GetCapture(), nullptr);
+    EXPECT_EQ(::GetFocus(), frame->GetActiveView()->GetSafeHwnd());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Targets, CSplitterWndDrag,
+    testing::Values(DragCase{"Right", 150 + barSize / 2, 150}, DragCase{"LeftOfMinimum", 5, 40},
+                    DragCase{"OutsideTheWindow", width + 200, width - barSize - 60}),
+    CaseName());
+
+TEST_F(CSplitterWndTest, IntersectionDragsBothBars)
+{
+    DragLeft(splitter, {102, 82}, {152, 122});
+    EXPECT_EQ(PlaceOf(0, 0), CRect(0, 0, 150, 120));
+}
+
+TEST_F(CSplitterWndTest, EscapeAndLostCaptureCancel)
+{
+    PressLeft(splitter, {102, 30});
+    MovePointer(splitter, {180, 30});
+    TypeKey(VK_ESCAPE);
+    EXPECT_EQ(::GetCapture(), nullptr);
+    ReleaseLeft(splitter, {180, 30});
+    EXPECT_EQ(ColumnWidth(0), 100);
+
+    PressLeft(splitter, {102, 30});
+    MovePointer(splitter, {180, 30});
+    ::SetCapture(*frame);
+    ReleaseLeft(splitter, {180, 30});
+    ::ReleaseCapture();
+    EXPECT_EQ(ColumnWidth(0), 100);
+}
+
+TEST_F(CSplitterWndTest, TrackerIsSeenWhileDraggingAndLeavesNoTrace)
+{
+    const auto pixel = [&] { return CClientDC(splitter.GetPane(0, 1)).GetPixel(50, 30); };
+    EXPECT_EQ(pixel(), RGB(255, 255, 255));
+    PressLeft(splitter, {102, 30});
+    MovePointer(splitter, {100 + barSize + 50, 30});
+    EXPECT_EQ(pixel(), RGB(0, 0, 0));
+    TypeKey(VK_ESCAPE);
+    EXPECT_EQ(pixel(), RGB(255, 255, 255));
+    ReleaseLeft(splitter, {200, 30});
+}
+
+TEST_F(CSplitterWndTest, FirstViewIsActiveAndPanesAreFound)
+{
+    EXPECT_EQ(frame->GetActiveView(), splitter.GetPane(0, 0));
+    splitter.SetActivePane(1, 0);
+    int row = -1;
+    int column = -1;
+    EXPECT_EQ(splitter.GetActivePane(&row, &column), splitter.GetPane(1, 0));
+    EXPECT_EQ(std::make_pair(row, column), std::make_pair(1, 0));
+    EXPECT_FALSE(splitter.IsChildPane(frame, &row, &column));
+
+    splitter.DeleteView(1, 0);
+    EXPECT_EQ(splitter.GetPane(1, 0), nullptr);
+    EXPECT_EQ(frame->GetActiveView(), nullptr);
+    splitter.RecalcLayout();  // around the gap
+    EXPECT_TRUE(splitter.CreateView(1, 0, RUNTIME_CLASS(PaneView), CSize(100, 80), nullptr));
+    EXPECT_FALSE(splitter.CreateView(1, 0, RUNTIME_CLASS(PaneView), CSize(100, 80), nullptr));
+    EXPECT_FALSE(splitter.CreateView(1, 0, RUNTIME_CLASS(CMenu), CSize(1, 1), nullptr));
+}

@@ -1,0 +1,131 @@
+// Status bars: panes over the system's own control.
+#include "WindowTest.h"
+
+#include <afxext.h>
+
+namespace {
+
+// Brings the pane of its id up to date.
+class UpdatingFrame : public CFrameWnd
+{
+public:
+    BOOL isEnabled = TRUE;
+    CString text = L"updated";
+    CStatusBar bar;
+
+protected:
+    afx_msg void OnUpdatePane(CCmdUI* pane)
+    {
+        pane->Enable(isEnabled);
+        pane->SetText(text);
+    }
+    DECLARE_MESSAGE_MAP()
+};
+
+constexpr UINT updatedPane = 300;
+
+BEGIN_MESSAGE_MAP(UpdatingFrame, CFrameWnd)
+ON_UPDATE_COMMAND_UI(updatedPane, &UpdatingFrame::OnUpdatePane)
+END_MESSAGE_MAP()
+
+class CStatusBarTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        frame = new UpdatingFrame;
+        ASSERT_TRUE(frame->Create(nullptr, L"Status", WS_OVERLAPPEDWINDOW, CRect(0, 0, 400, 200)));
+        ASSERT_TRUE(Bar().Create(frame));
+        ASSERT_TRUE(Bar().SetIndicators(nullptr, 3));
+        Bar().SetPaneInfo(1, updatedPane, SBPS_NORMAL, 60);
+        Bar().SetPaneInfo(2, 301, SBPS_NORMAL, 40);
+        frame->RecalcLayout();
+        frame->ShowWindow(SW_SHOWNORMAL);
+        PumpMessages();
+    }
+
+    void TearDown() override
+    {
+        frame->DestroyWindow();
+        PumpMessages();
+        CWinThread().OnIdle(1);
+    }
+
+    CStatusBar& Bar() { return frame->bar; }
+
+    // What the control really shows.
+    CString ShownText(int pane)
+    {
+        wchar_t text[64] = {};
+        Bar().SendMessage(SB_GETTEXTW, static_cast<WPARAM>(pane), reinterpret_cast<LPARAM>(text));
+        return text;
+    }
+
+    int RightEdge(int pane)
+    {
+        CRect place;
+        Bar().GetItemRect(pane, &place);
+        return place.right;
+    }
+
+    UpdatingFrame* frame = nullptr;  // deletes itself
+};
+
+}  // namespace
+
+TEST_F(CStatusBarTest, FirstPaneStretchesAndTheOthersKeepTheirWidth)
+{
+    CRect second;
+    Bar().GetItemRect(1, &second);
+    EXPECT_GE(second.Width(), 60);
+    const int before = second.left;
+    frame->SetWindowPos(nullptr, 0, 0, 500, 200, SWP_NOMOVE | SWP_NOZORDER);
+    CRect moved;
+    Bar().GetItemRect(1, &moved);
+    EXPECT_EQ(moved.left, before + 100);
+    EXPECT_EQ(moved.Width(), second.Width());
+    CRect client;
+    Bar().GetClientRect(&client);
+    EXPECT_LE(RightEdge(2), client.right);
+
+    Bar().SetPaneInfo(1, updatedPane, SBPS_NORMAL, 90);
+    Bar().GetItemRect(1, &moved);
+    EXPECT_EQ(moved.Width(), second.Width() + 30);
+}
+
+TEST_F(CStatusBarTest, TextsAreThePanesOwn)
+{
+    EXPECT_TRUE(Bar().SetPaneText(2, L"two"));
+    frame->SetMessageText(L"Ready");  // the first pane, as the bar's own text
+    EXPECT_FALSE(Bar().SetPaneText(3, L"none"));
+    EXPECT_EQ(Bar().GetPaneText(2), L"two");
+    EXPECT_EQ(ShownText(2), L"two");
+    EXPECT_EQ(ShownText(0), L"Ready");
+    EXPECT_EQ(Bar().GetPaneText(0), L"Ready");
+    EXPECT_EQ(Bar().CommandToIndex(301), 2);
+    EXPECT_EQ(Bar().CommandToIndex(999), -1);
+}
+
+TEST_F(CStatusBarTest, IdleTimeBringsPanesUpToDate)
+{
+    CWinThread thread;
+    thread.m_pMainWnd = frame;
+    thread.OnIdle(0);
+    EXPECT_EQ(ShownText(1), L"updated");
+    frame->isEnabled = FALSE;
+    frame->text = L"hidden";
+    thread.OnIdle(0);
+    EXPECT_EQ(ShownText(1), L"");  // off: the text is kept, not shown
+    EXPECT_EQ(Bar().GetPaneText(1), L"hidden");
+    frame->isEnabled = TRUE;
+    thread.OnIdle(0);
+    EXPECT_EQ(ShownText(1), L"hidden");
+    thread.m_pMainWnd = nullptr;
+}
+
+TEST_F(CStatusBarTest, IndicatorWithoutStringChangesNothing)
+{
+    const UINT ids[] = {ID_SEPARATOR, 0xEFFE};
+    EXPECT_FALSE(Bar().SetIndicators(ids, 2));
+    EXPECT_EQ(Bar().GetItemID(1), updatedPane);
+}

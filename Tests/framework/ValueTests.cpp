@@ -1,0 +1,372 @@
+// Values of the framework: strings against a model, rectangles, run-time classes, exceptions.
+#include "afx.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cwchar>
+#include <memory>
+#include <random>
+#include <string>
+
+namespace {
+
+std::wstring TextOf(const CString& string)
+{
+    return std::wstring(string.GetString(), string.GetLength());
+}
+
+}  // namespace
+
+TEST(CStringTest, IsAPointerAndEndsWithNul)
+{
+    static_assert(sizeof(CString) == sizeof(void*));
+    const CString text(L"abc\0def", 7);
+    EXPECT_EQ(TextOf(text), std::wstring(L"abc\0def", 7));
+    EXPECT_EQ(text.GetString()[7], L'\0');
+    EXPECT_EQ(CString().GetString()[0], L'\0');
+    EXPECT_TRUE(CString(static_cast<LPCWSTR>(nullptr)).IsEmpty());
+}
+
+TEST(CStringTest, CopiesShareUntilOneChanges)
+{
+    CString first(L"shared");
+    CString second(first);
+    EXPECT_EQ(first.GetString(), second.GetString());
+    second.SetAt(0, L'S');
+    EXPECT_EQ(TextOf(first), L"shared");
+    EXPECT_EQ(TextOf(second), L"Shared");
+
+    CString third(second);
+    third.GetBuffer(100)[1] = L'H';
+    third.ReleaseBuffer();
+    EXPECT_EQ(TextOf(second), L"Shared");
+    EXPECT_EQ(TextOf(third), L"SHared");
+}
+
+TEST(CStringTest, TakesArgumentsFromItself)
+{
+    CString text(L"abcdef");
+    text = text.GetString() + 2;
+    EXPECT_EQ(TextOf(text), L"cdef");
+    for (int i = 0; i < 4; ++i) {
+        text += text;
+    }
+    EXPECT_EQ(text.GetLength(), 64);
+    text = L"x-x";
+    text.Replace(text, L"<%s>");
+    text.Format(text, text.GetString());
+    EXPECT_EQ(TextOf(text), L"<<%s>>");
+    text = L" .a. ";
+    text.Trim(text.Left(2));
+    EXPECT_EQ(TextOf(text), L"a");
+}
+
+TEST(CStringTest, ConvertsFromTheSystemCodePage)
+{
+    EXPECT_EQ(TextOf(CString("abcdef", 3)), L"abc");
+    EXPECT_TRUE(CString("").IsEmpty());
+    if (::GetACP() != 1252) {
+        GTEST_SKIP() << "the accents below are code page 1252";
+    }
+    EXPECT_EQ(TextOf(CString("caf\xE9 \x80")), L"caf\u00E9 \u20AC");
+}
+
+TEST(CStringTest, FormatsAsWideAndTakesStringsAsTheyStand)
+{
+    const CString name(L"w\u00F6rld");
+    CString text;
+    text.Format(L"%s %d %hs %c %08.3f", name, -7, "narrow", L'\u20AC', 2.5);
+    EXPECT_EQ(TextOf(text), L"w\u00F6rld -7 narrow \u20AC 0002.500");
+    text.AppendFormat(L"|%5s|%s", L"ab", name);
+    EXPECT_EQ(TextOf(text), L"w\u00F6rld -7 narrow \u20AC 0002.500|   ab|w\u00F6rld");
+    const std::wstring longText(5000, L'x');
+    text.Format(L"[%s]", longText.c_str());
+    EXPECT_EQ(text.GetLength(), 5002);
+}
+
+TEST(CStringTest, ComparesInBothDirections)
+{
+    const CString text(L"b");
+    EXPECT_TRUE(text == L"b" && L"b" == text && text != L"c" && L"c" != text);
+    EXPECT_TRUE(text < L"c" && L"a" < text && text <= text && CString(L"c") > text);
+    EXPECT_EQ(CString(L"STRASSE \u00C9").CompareNoCase(L"strasse \u00E9"), 0);
+    EXPECT_LT(CString(L"a").CompareNoCase(L"B"), 0);
+    EXPECT_GT(text.Compare(nullptr), 0);
+}
+
+TEST(CStringTest, RefusesPositionsOutOfRangeAndStaysWhole)
+{
+    CString text(L"abc");
+    EXPECT_EQ(text.GetAt(3), L'\0');
+    EXPECT_THROW(text.GetAt(4), CInvalidArgException*);
+    EXPECT_THROW(text.GetAt(-1), CInvalidArgException*);
+    EXPECT_THROW(text.SetAt(3, L'd'), CInvalidArgException*);
+    EXPECT_THROW(text.Append(L"d", -1), CInvalidArgException*);
+    EXPECT_THROW(text.GetBuffer(0x7FFFFFFF), CMemoryException*);
+    EXPECT_EQ(TextOf(text), L"abc");
+}
+
+struct CutCase
+{
+    const char* name;
+    int first, count;
+    const wchar_t* mid;
+    const wchar_t* left;
+    const wchar_t* right;
+};
+
+class CStringCut : public testing::TestWithParam<CutCase>
+{};
+
+TEST_P(CStringCut, IsCutToTheString)
+{
+    const CutCase& c = GetParam();
+    const CString text(L"abcd");
+    EXPECT_EQ(TextOf(text.Mid(c.first, c.count)), c.mid);
+    EXPECT_EQ(TextOf(text.Left(c.count)), c.left);
+    EXPECT_EQ(TextOf(text.Right(c.count)), c.right);
+}
+
+INSTANTIATE_TEST_SUITE_P(Ranges, CStringCut,
+                         testing::Values(CutCase{"Inside", 1, 2, L"bc", L"ab", L"cd"},
+                                         CutCase{"ReachesPastEnd", 3, 9, L"d", L"abcd", L"abcd"},
+                                         CutCase{"StartsPastEnd", 9, 1, L"", L"a", L"d"},
+                                         CutCase{"Negative", -2, -1, L"", L"", L""},
+                                         CutCase{"NegativeStart", -2, 2, L"ab", L"ab", L"cd"}),
+                         [](const auto& test) { return test.param.name; });
+
+namespace {
+
+// One random change, done to the string and in plain terms to the model.
+class StringModel
+{
+public:
+    explicit StringModel(unsigned seed) : random(seed) {}
+
+    void Step();
+    void Check() const;
+
+private:
+    unsigned Below(unsigned limit) { return random() % limit; }
+    std::wstring Word();
+    void Append();
+    void Cut();
+    void Replace();
+    void Remove();
+    void Trim();
+
+    std::mt19937 random;
+    CString string;
+    CString earlier;  // shares with the string until that changes
+    std::wstring model, earlierModel;
+};
+
+// Of few letters, so that searches hit.
+std::wstring StringModel::Word()
+{
+    std::wstring word(Below(4), L' ');
+    for (wchar_t& ch : word) {
+        ch = L" ab"[Below(3)];
+    }
+    return word;
+}
+
+void StringModel::Append()
+{
+    const std::wstring word = Word();
+    string += word.c_str();
+    model += word;
+}
+
+void StringModel::Cut()
+{
+    const unsigned first = Below(static_cast<unsigned>(model.size()) + 1);
+    const unsigned count = 40 + Below(40);
+    string = string.Mid(first, count);
+    model = model.substr(first, count);
+}
+
+void StringModel::Replace()
+{
+    const std::wstring part = Word();
+    const std::wstring replacement = Word();
+    int count = 0;
+    for (std::size_t at = 0; !part.empty() && (at = model.find(part, at)) != std::wstring::npos;
+         at += replacement.size(), ++count) {
+        model.replace(at, part.size(), replacement);
+    }
+    EXPECT_EQ(string.Replace(part.c_str(), replacement.c_str()), count);
+}
+
+void StringModel::Remove()
+{
+    const std::size_t before = model.size();
+    std::erase(model, L'b');
+    EXPECT_EQ(string.Remove(L'b'), static_cast<int>(before - model.size()));
+}
+
+void StringModel::Trim()
+{
+    string.Trim();
+    const std::size_t first = std::min(model.find_first_not_of(L' '), model.size());
+    model.erase(0, first);
+    model.erase(model.find_last_not_of(L' ') + 1);
+}
+
+void StringModel::Step()
+{
+    switch (Below(9)) {
+    case 0: Cut(); break;
+    case 1: Replace(); break;
+    case 2: Remove(); break;
+    case 3: Trim(); break;
+    case 4:
+        earlier = string;
+        earlierModel = model;
+        break;
+    default: Append(); break;
+    }
+}
+
+void StringModel::Check() const
+{
+    ASSERT_EQ(TextOf(string), model);
+    ASSERT_EQ(TextOf(earlier), earlierModel);
+    ASSERT_EQ(string.GetString()[string.GetLength()], L'\0');
+    ASSERT_EQ(string.Find(L"ab", 1), static_cast<int>(model.find(L"ab", 1)));
+    ASSERT_EQ(string.ReverseFind(L'a'), static_cast<int>(model.rfind(L'a')));
+    ASSERT_EQ(string.FindOneOf(L"ba"), static_cast<int>(model.find_first_of(L"ba")));
+}
+
+}  // namespace
+
+TEST(CStringTest, AgreesWithAModelOverRandomChanges)
+{
+    for (unsigned seed = 1; seed <= 20; ++seed) {
+        SCOPED_TRACE(seed);
+        StringModel model(seed);
+        for (int i = 0; i < 1000 && !HasFatalFailure(); ++i) {
+            model.Step();
+            model.Check();
+        }
+    }
+}
+
+TEST(CRectTest, CombinesAndMoves)
+{
+    const CRect rect(CPoint(10, 20), CSize(30, 40));
+    EXPECT_EQ(rect, CRect(10, 20, 40, 60));
+    EXPECT_EQ(rect + CPoint(1, 2), CRect(11, 22, 41, 62));
+    EXPECT_EQ(rect - CSize(1, 2), CRect(9, 18, 39, 58));
+    EXPECT_EQ(rect & CRect(0, 0, 20, 30), CRect(10, 20, 20, 30));
+    EXPECT_EQ(rect | CRect(0, 0, 20, 30), CRect(0, 0, 40, 60));
+    EXPECT_EQ(rect.CenterPoint(), CPoint(25, 40));
+    EXPECT_TRUE(rect.PtInRect(rect.TopLeft()));
+    EXPECT_FALSE(rect.PtInRect(rect.BottomRight()));
+}
+
+TEST(CRectTest, InflatesEachSideOutwards)
+{
+    CRect rect(10, 10, 20, 20);
+    rect.InflateRect(1, 2, 3, 4);
+    EXPECT_EQ(rect, CRect(9, 8, 23, 24));
+    const CRect sides(1, 2, 3, 4);
+    rect.DeflateRect(sides);
+    EXPECT_EQ(rect, CRect(10, 10, 20, 20));
+    rect.DeflateRect(6, 6);
+    EXPECT_TRUE(rect.IsRectEmpty());
+    rect.NormalizeRect();
+    EXPECT_EQ(rect, CRect(14, 14, 16, 16));
+}
+
+TEST(CPointTest, UnpacksSignedMouseCoordinates)
+{
+    EXPECT_EQ(CPoint(static_cast<LPARAM>(MAKELPARAM(0xFFFF, 5))), CPoint(-1, 5));
+    EXPECT_EQ(CPoint(5, 6) - CPoint(2, 2), CSize(3, 4));
+    EXPECT_EQ(CSize(1, 2) - CPoint(5, 6), CPoint(4, 4));
+    const POINT plain{5, 6};
+    EXPECT_TRUE(CPoint(5, 6) == plain && plain == CPoint(5, 6) && CPoint(6, 6) != plain);
+}
+
+namespace {
+
+class Animal : public CObject
+{
+    DECLARE_DYNAMIC(Animal)
+};
+
+template <class Base>
+class Wrapper : public Base
+{};
+
+struct Marker
+{
+    virtual ~Marker() = default;
+    int mark = 42;
+};
+
+class Dog : public Wrapper<Animal>, public Marker
+{
+    DECLARE_DYNCREATE(Dog)
+};
+
+class Hungry : public CObject
+{
+    DECLARE_DYNCREATE(Hungry)
+
+    Hungry() { AfxThrowMemoryException(); }
+};
+
+IMPLEMENT_DYNAMIC(Animal, CObject)
+IMPLEMENT_DYNCREATE(Dog, Wrapper<Animal>)
+IMPLEMENT_DYNCREATE(Hungry, CObject)
+
+}  // namespace
+
+TEST(CRuntimeClassTest, CreatesThroughTemplateAndSecondBase)
+{
+    const std::unique_ptr<CObject> object(RUNTIME_CLASS(Dog)->CreateObject());
+    ASSERT_NE(object, nullptr);
+    EXPECT_TRUE(object->IsKindOf(RUNTIME_CLASS(Dog)));
+    EXPECT_TRUE(object->IsKindOf(RUNTIME_CLASS(Animal)));
+    EXPECT_TRUE(object->IsKindOf(RUNTIME_CLASS(CObject)));
+    EXPECT_FALSE(object->IsKindOf(RUNTIME_CLASS(CException)));
+    EXPECT_STREQ(object->GetRuntimeClass()->m_lpszClassName, "Dog");
+    Dog* dog = DYNAMIC_DOWNCAST(Dog, object.get());
+    ASSERT_NE(dog, nullptr);
+    EXPECT_EQ(dog->mark, 42);
+    EXPECT_EQ(DYNAMIC_DOWNCAST(CException, object.get()), nullptr);
+}
+
+TEST(CRuntimeClassTest, GivesNothingWhereItCannotCreate)
+{
+    EXPECT_EQ(RUNTIME_CLASS(Animal)->CreateObject(), nullptr);
+    EXPECT_EQ(RUNTIME_CLASS(Hungry)->CreateObject(), nullptr);
+}
+
+TEST(CExceptionTest, IsCaughtByItsBaseAndDescribesItself)
+{
+    try {
+        AfxThrowResourceException();
+    } catch (CException* exception) {
+        EXPECT_TRUE(exception->IsKindOf(RUNTIME_CLASS(CResourceException)));
+        wchar_t text[200] = L"";
+        EXPECT_TRUE(exception->GetErrorMessage(text, 200));
+        EXPECT_GT(wcslen(text), 5u);
+        EXPECT_EQ(wcspbrk(text, L"\r\n"), nullptr);
+        exception->Delete();  // the framework's own object stays
+    }
+    EXPECT_THROW(AfxThrowResourceException(), CResourceException*);
+}
+
+TEST(CExceptionTest, CutsItsTextToTheRoomGiven)
+{
+    CMemoryException exception(FALSE);
+    wchar_t whole[200] = L"";
+    ASSERT_TRUE(exception.GetErrorMessage(whole, 200));
+    wchar_t cut[6] = L"?????";
+    EXPECT_TRUE(exception.GetErrorMessage(cut, 6));
+    EXPECT_EQ(std::wstring(cut), std::wstring(whole, 5));
+    EXPECT_FALSE(exception.GetErrorMessage(cut, 0));
+}
