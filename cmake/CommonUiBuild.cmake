@@ -20,7 +20,9 @@ set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")
 add_compile_definitions(NOMINMAX WIN32_LEAN_AND_MEAN STRICT
     $<$<CONFIG:Debug>:_DEBUG> $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 add_compile_options(
-    "$<$<COMPILE_LANGUAGE:CXX>:-Wall;-Wextra;-Wshadow;-Wnon-virtual-dtor;-Woverloaded-virtual;-Wextra-semi;-Werror>"
+    "$<$<COMPILE_LANGUAGE:CXX>:-Wall;-Wextra;-Wshadow;-Woverloaded-virtual;-Wextra-semi;-Werror>"
+    # This compiler finds bounds to overstep in the standard library's own growing vectors.
+    "$<$<COMPILE_LANGUAGE:CXX>:-Wno-array-bounds;-Wno-stringop-overflow>"
     "$<$<COMPILE_LANGUAGE:CXX>:-fno-omit-frame-pointer;-fstack-protector-strong>"
     # The trap needs no run-time library, which this toolchain lacks.
     "$<$<AND:$<COMPILE_LANGUAGE:CXX>,$<CONFIG:Debug>>:-fsanitize=undefined;-fsanitize-undefined-trap-on-error>"

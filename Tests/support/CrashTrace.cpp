@@ -1,5 +1,7 @@
 #include "support/CrashTrace.h"
 
+#include "support/ThreadBlock.h"
+
 #include <windows.h>
 
 #include <csignal>
@@ -35,15 +37,10 @@ void PrintFrame(unsigned number, std::uintptr_t address)
     Write(line);
 }
 
-const NT_TIB* ThreadBlock()
-{
-    return reinterpret_cast<const NT_TIB*>(__readfsdword(0x18));
-}
-
 // Follows the saved frame pointers; our modules keep them in every build.
 void PrintFrames(unsigned number, std::uintptr_t frame)
 {
-    const auto end = reinterpret_cast<std::uintptr_t>(ThreadBlock()->StackBase);
+    const auto end = reinterpret_cast<std::uintptr_t>(GetThreadBlock()->StackBase);
     while (number < 64 && frame % 4 == 0 && frame + 8 <= end && frame > 0x10000) {
         const auto* words = reinterpret_cast<const std::uintptr_t*>(frame);
         if (words[1] == 0) {

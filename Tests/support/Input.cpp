@@ -129,6 +129,15 @@ void TypeKey(WORD virtualKey)
     ReleaseKey(virtualKey);
 }
 
+// A window that has just got the focus takes over the display's key state once, and with it loses
+// keys that the display has not seen: pressed again until it holds.
+HeldKey::HeldKey(WORD virtualKey) : key(virtualKey)
+{
+    for (int tries = 0; tries < 20 && ::GetKeyState(key) >= 0; ++tries) {
+        PressKey(key);
+    }
+}
+
 bool Activate(HWND window)
 {
     ::SetForegroundWindow(window);

@@ -31,7 +31,7 @@ void TypeKey(WORD virtualKey);
 class HeldKey
 {
 public:
-    explicit HeldKey(WORD virtualKey) : key(virtualKey) { PressKey(key); }
+    explicit HeldKey(WORD virtualKey);
     ~HeldKey() { ReleaseKey(key); }
     HeldKey(const HeldKey&) = delete;
     HeldKey& operator=(const HeldKey&) = delete;

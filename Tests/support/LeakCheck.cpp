@@ -1,6 +1,7 @@
 #include "support/LeakCheck.h"
 
 #include "support/ImportHook.h"
+#include "support/ThreadBlock.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -66,8 +67,7 @@ long CountGdiObjects()
 {
     constexpr unsigned entries = 0x4000;
     constexpr unsigned entrySize = 24;
-    const auto* process = reinterpret_cast<const std::uint8_t*>(__readfsdword(0x30));
-    const auto* table = *reinterpret_cast<const std::uint8_t* const*>(process + 0x94);
+    const auto* table = *reinterpret_cast<const std::uint8_t* const*>(GetProcessBlock() + 0x94);
     long count = 0;
     for (unsigned i = 0; i < entries; ++i) {
         count += (table[i * entrySize + 14] & 0xFF) != 0;

@@ -1,6 +1,6 @@
 #include "textview/YTextViewBuffer.h"
 
-#include "textview/CaseName.h"
+#include "support/CaseName.h"
 #include "textview/Lines.h"
 
 #include <gtest/gtest.h>

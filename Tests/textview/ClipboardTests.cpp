@@ -3,7 +3,7 @@
 #include "YUnicodeString.h"
 #include "YUniqueHandle.h"
 #include "YUnknownPointer.h"
-#include "textview/CaseName.h"
+#include "support/CaseName.h"
 #include "textview/ClipboardBuffer.h"
 #include "textview/RecordingView.h"
 #include "textview/YClipboard.h"

@@ -1,4 +1,4 @@
-#include "textview/CaseName.h"
+#include "support/CaseName.h"
 #include "textview/ITextViewLinkedScrollbar.h"
 #include "textview/RecordingView.h"
 

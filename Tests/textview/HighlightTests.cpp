@@ -2,7 +2,7 @@
 
 #include "YNpos.h"
 #include "YUnknownPointer.h"
-#include "textview/CaseName.h"
+#include "support/CaseName.h"
 #include "textview/ITextViewHighlightSink.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "textview/YTextViewOutlineSelection.h"
 
 #include "YUnknownPointer.h"
-#include "textview/CaseName.h"
+#include "support/CaseName.h"
 #include "textview/ITextViewSelectionSink.h"
 #include "textview/Lines.h"
 #include "textview/YTextViewHighlight.h"
@@ -305,10 +305,11 @@ Edges EdgesOf(const Segments& segments)
 Edges EdgesOf(const Cells& cells)
 {
     Edges edges;
-    for (const auto& [row, column] : cells) {
+    for (const auto& cell : cells) {
+        const auto& [row, column] = cell;
         const auto addUnless = [&](Cells& edge, int otherRow, int otherColumn) {
             if (!cells.contains({otherRow, otherColumn})) {
-                edge.insert({row, column});
+                edge.insert(cell);
             }
         };
         addUnless(edges.top, row - 1, column);

@@ -207,7 +207,8 @@ bool YTextViewBase::IsDrag(POINT point) const
 {
     const double dx = std::abs(1.0 * point.x - anchorPoint.x);
     const double dy = std::abs(1.0 * point.y - anchorPoint.y);
-    return dx > characterWidth * 0.5 || dy > characterHeight / 2;
+    const int halfHeight = characterHeight / 2;
+    return dx > characterWidth * 0.5 || dy > halfHeight;
 }
 
 // From the cell that is now where the button went down.

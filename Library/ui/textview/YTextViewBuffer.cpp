@@ -78,7 +78,9 @@ YTextViewBuffer::YTextViewBuffer(unsigned bufferSize)
 
 YTextViewBuffer::~YTextViewBuffer() = default;
 
-bool YTextViewBuffer::AppendLines(const LineInfo* lines, unsigned count, unsigned& removed)
+// Flattened: for a caller that appends line by line the calls would cost as much as the copying.
+[[gnu::flatten]] bool YTextViewBuffer::AppendLines(const LineInfo* lines, unsigned count,
+                                                   unsigned& removed)
 {
     removed = 0;
     if (count == 0) {

@@ -61,10 +61,14 @@ public:
 private:
     struct CopyRange;
 
+    // Once round the ring at most for every line that is held; the division is for other numbers.
     unsigned SlotOf(unsigned line) const
     {
         const unsigned slot = head + line;
-        return slot < capacity ? slot : slot % capacity;
+        if (slot < capacity) {
+            return slot;
+        }
+        return slot - capacity < capacity ? slot - capacity : slot % capacity;
     }
     unsigned NextSlot(unsigned slot) const { return slot + 1 == capacity ? 0 : slot + 1; }
     unsigned LengthOf(unsigned line) const
