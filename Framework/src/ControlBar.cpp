@@ -7,8 +7,8 @@
 IMPLEMENT_DYNAMIC(CControlBar, CWnd)
 
 BEGIN_MESSAGE_MAP(CControlBar, CWnd)
-ON_MESSAGE(WM_SIZEPARENT, &CControlBar::OnSizeParent)
-ON_MESSAGE(WM_IDLEUPDATECMDUI, &CControlBar::OnIdleUpdateCmdUI)
+    ON_MESSAGE(WM_SIZEPARENT, &CControlBar::OnSizeParent)
+    ON_MESSAGE(WM_IDLEUPDATECMDUI, &CControlBar::OnIdleUpdateCmdUI)
 END_MESSAGE_MAP()
 
 LRESULT CControlBar::OnSizeParent(WPARAM, LPARAM lParam)

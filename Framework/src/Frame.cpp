@@ -3,19 +3,19 @@
 IMPLEMENT_DYNCREATE(CFrameWnd, CWnd)
 
 BEGIN_MESSAGE_MAP(CFrameWnd, CWnd)
-ON_WM_CREATE()
-ON_WM_DESTROY()
-ON_WM_CLOSE()
-ON_WM_SIZE()
-ON_WM_SETFOCUS()
-ON_WM_ACTIVATE()
-ON_WM_ERASEBKGND()
-ON_WM_INITMENUPOPUP()
-ON_WM_MENUSELECT()
-ON_MESSAGE(WM_SETMESSAGESTRING, &CFrameWnd::OnSetMessageString)
-ON_UPDATE_COMMAND_UI(ID_INDICATOR_CAPS, &CFrameWnd::OnUpdateKeyIndicator)
-ON_UPDATE_COMMAND_UI(ID_INDICATOR_NUM, &CFrameWnd::OnUpdateKeyIndicator)
-ON_UPDATE_COMMAND_UI(ID_INDICATOR_SCRL, &CFrameWnd::OnUpdateKeyIndicator)
+    ON_WM_CREATE()
+    ON_WM_DESTROY()
+    ON_WM_CLOSE()
+    ON_WM_SIZE()
+    ON_WM_SETFOCUS()
+    ON_WM_ACTIVATE()
+    ON_WM_ERASEBKGND()
+    ON_WM_INITMENUPOPUP()
+    ON_WM_MENUSELECT()
+    ON_MESSAGE(WM_SETMESSAGESTRING, &CFrameWnd::OnSetMessageString)
+    ON_UPDATE_COMMAND_UI(ID_INDICATOR_CAPS, &CFrameWnd::OnUpdateKeyIndicator)
+    ON_UPDATE_COMMAND_UI(ID_INDICATOR_NUM, &CFrameWnd::OnUpdateKeyIndicator)
+    ON_UPDATE_COMMAND_UI(ID_INDICATOR_SCRL, &CFrameWnd::OnUpdateKeyIndicator)
 END_MESSAGE_MAP()
 
 const CRect CFrameWnd::rectDefault(CW_USEDEFAULT, CW_USEDEFAULT, 0, 0);
@@ -39,6 +39,13 @@ LPCTSTR FrameClassName(HICON icon)
 HICON FindIcon(LPCTSTR resource)
 {
     return ::LoadIconW(::AfxFindResourceHandle(resource, RT_GROUP_ICON), resource);
+}
+
+// The default place has the smallest number of all for a left edge, and stands for its own width:
+// the difference wraps back to it.
+int Subtract(LONG end, LONG start)
+{
+    return static_cast<int>(static_cast<ULONG>(end) - static_cast<ULONG>(start));
 }
 
 // An item that opens a menu goes by the first command in it.
@@ -83,7 +90,8 @@ BOOL CFrameWnd::Create(LPCTSTR lpszClassName, LPCTSTR lpszWindowName, DWORD dwSt
     const HWND parent = pParentWnd != nullptr ? pParentWnd->GetSafeHwnd() : nullptr;
     const bool created =
         CreateEx(dwExStyle, lpszClassName, lpszWindowName, dwStyle, rect.left, rect.top,
-                 rect.right - rect.left, rect.bottom - rect.top, parent, menu, pContext) != FALSE;
+                 Subtract(rect.right, rect.left), Subtract(rect.bottom, rect.top), parent, menu,
+                 pContext) != FALSE;
     if (!created && menu != nullptr) {
         ::DestroyMenu(menu);  // fails quietly where the dying window took the menu with it
     }

@@ -5,8 +5,8 @@
 IMPLEMENT_DYNAMIC(CStatusBar, CControlBar)
 
 BEGIN_MESSAGE_MAP(CStatusBar, CControlBar)
-ON_WM_SIZE()
-ON_MESSAGE(WM_SETTEXT, &CStatusBar::OnSetText)
+    ON_WM_SIZE()
+    ON_MESSAGE(WM_SETTEXT, &CStatusBar::OnSetText)
 END_MESSAGE_MAP()
 
 namespace {

@@ -58,10 +58,10 @@ bool TestView::refusesCreation = false;
 IMPLEMENT_DYNCREATE(TestView, CView)
 
 BEGIN_MESSAGE_MAP(TestView, CView)
-ON_WM_CREATE()
-ON_COMMAND(viewCommand, &TestView::OnViewCommand)
-ON_COMMAND(everybodysCommand, &TestView::OnViewCommand)
-ON_UPDATE_COMMAND_UI(everybodysCommand, &TestView::OnUpdate)
+    ON_WM_CREATE()
+    ON_COMMAND(viewCommand, &TestView::OnViewCommand)
+    ON_COMMAND(everybodysCommand, &TestView::OnViewCommand)
+    ON_UPDATE_COMMAND_UI(everybodysCommand, &TestView::OnUpdate)
 END_MESSAGE_MAP()
 
 class TestFrame : public CFrameWnd
@@ -76,8 +76,8 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(TestFrame, CFrameWnd)
-ON_COMMAND(frameCommand, &TestFrame::OnFrameCommand)
-ON_COMMAND(everybodysCommand, &TestFrame::OnFrameCommand)
+    ON_COMMAND(frameCommand, &TestFrame::OnFrameCommand)
+    ON_COMMAND(everybodysCommand, &TestFrame::OnFrameCommand)
 END_MESSAGE_MAP()
 
 class TestProgram : public CWinApp
@@ -88,9 +88,9 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(TestProgram, CWinApp)
-ON_COMMAND(programCommand, &TestProgram::OnProgramCommand)
-ON_COMMAND(everybodysCommand, &TestProgram::OnProgramCommand)
-ON_COMMAND(ID_APP_EXIT, &TestProgram::OnAppExit)
+    ON_COMMAND(programCommand, &TestProgram::OnProgramCommand)
+    ON_COMMAND(everybodysCommand, &TestProgram::OnProgramCommand)
+    ON_COMMAND(ID_APP_EXIT, &TestProgram::OnAppExit)
 END_MESSAGE_MAP()
 
 class CFrameWndTest : public testing::Test

@@ -45,8 +45,8 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(ScrollView, TBCGPInternalScrollBarWrapperWnd<CView>)
-ON_WM_NCPAINT()
-ON_WM_SIZE()
+    ON_WM_NCPAINT()
+    ON_WM_SIZE()
 END_MESSAGE_MAP()
 
 class InternalScrollBarTest : public WindowTest

@@ -26,10 +26,10 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(BaseWindow, CWnd)
-ON_WM_TIMER()
-ON_MESSAGE(WM_USER, &BaseWindow::OnUser)
-ON_REGISTERED_MESSAGE(registeredMessage, &BaseWindow::OnUser)
-ON_COMMAND(1, &BaseWindow::OnShared)
+    ON_WM_TIMER()
+    ON_MESSAGE(WM_USER, &BaseWindow::OnUser)
+    ON_REGISTERED_MESSAGE(registeredMessage, &BaseWindow::OnUser)
+    ON_COMMAND(1, &BaseWindow::OnShared)
 END_MESSAGE_MAP()
 
 // Adds one level as a template, as the control library does.
@@ -46,59 +46,59 @@ protected:
 
 BEGIN_TEMPLATE_MESSAGE_MAP(Layer, Base, Base)
     ON_WM_MOVE()
-    END_MESSAGE_MAP()
+END_MESSAGE_MAP()
 
-    // A second base with state and a virtual operation of its own, which a wrong `this` would garble.
-    class Core
+// A second base with state and a virtual operation of its own, which a wrong `this` would garble.
+class Core
+{
+public:
+    virtual ~Core() = default;
+    virtual void OnSizeChange() { ++changes; }
+    int OnCreate() { return 7; }  // not a handler: hidden by the one of the window
+
+    int changes = 0;
+    int marker = 0x5A5A5A5A;
+};
+
+class DerivedWindow : public Layer<BaseWindow>, public Core
+{
+public:
+    int derivedMarker = 0x3C3C3C3C;
+
+protected:
+    void CheckThis(const char* what)
     {
-    public:
-        virtual ~Core() = default;
-        virtual void OnSizeChange() { ++changes; }
-        int OnCreate() { return 7; }  // not a handler: hidden by the one of the window
-
-        int changes = 0;
-        int marker = 0x5A5A5A5A;
-    };
-
-    class DerivedWindow : public Layer<BaseWindow>, public Core
+        const bool isIntact = marker == 0x5A5A5A5A && derivedMarker == 0x3C3C3C3C;
+        log.push_back(isIntact ? what : "wrong this");
+    }
+    afx_msg int OnCreate(CREATESTRUCT*)
     {
-    public:
-        int derivedMarker = 0x3C3C3C3C;
+        CheckThis("create");
+        return 0;
+    }
+    afx_msg void OnSize(UINT, int width, int height)
+    {
+        CheckThis("size");
+        OnSizeChange();
+        size = CSize(width, height);
+    }
+    afx_msg void OnMouseMove(UINT, CPoint point) { mouse = point; }
+    afx_msg void OnRange(UINT id) { log.push_back("range " + std::to_string(id)); }
+    afx_msg void OnUpdateRange(CCmdUI* item) { item->Enable(item->m_nID != lastCommand); }
+    afx_msg void OnChanged() { log.push_back("edit changed"); }
+    afx_msg void OnListNotify(NMHDR* header, LRESULT* result)
+    {
+        log.push_back("notify " + std::to_string(header->idFrom));
+        *result = 42;
+    }
+    DECLARE_MESSAGE_MAP()
 
-    protected:
-        void CheckThis(const char* what)
-        {
-            const bool isIntact = marker == 0x5A5A5A5A && derivedMarker == 0x3C3C3C3C;
-            log.push_back(isIntact ? what : "wrong this");
-        }
-        afx_msg int OnCreate(CREATESTRUCT*)
-        {
-            CheckThis("create");
-            return 0;
-        }
-        afx_msg void OnSize(UINT, int width, int height)
-        {
-            CheckThis("size");
-            OnSizeChange();
-            size = CSize(width, height);
-        }
-        afx_msg void OnMouseMove(UINT, CPoint point) { mouse = point; }
-        afx_msg void OnRange(UINT id) { log.push_back("range " + std::to_string(id)); }
-        afx_msg void OnUpdateRange(CCmdUI* item) { item->Enable(item->m_nID != lastCommand); }
-        afx_msg void OnChanged() { log.push_back("edit changed"); }
-        afx_msg void OnListNotify(NMHDR* header, LRESULT* result)
-        {
-            log.push_back("notify " + std::to_string(header->idFrom));
-            *result = 42;
-        }
-        DECLARE_MESSAGE_MAP()
+public:
+    CSize size;
+    CPoint mouse;
+};
 
-    public:
-        CSize size;
-        CPoint mouse;
-    };
-
-    BEGIN_MESSAGE_MAP(DerivedWindow, Layer<BaseWindow>)
+BEGIN_MESSAGE_MAP(DerivedWindow, Layer<BaseWindow>)
     ON_WM_CREATE()
     ON_WM_SIZE()
     ON_WM_MOUSEMOVE()
@@ -106,21 +106,21 @@ BEGIN_TEMPLATE_MESSAGE_MAP(Layer, Base, Base)
     ON_UPDATE_COMMAND_UI_RANGE(firstCommand, lastCommand, &DerivedWindow::OnUpdateRange)
     ON_EN_CHANGE(5, &DerivedWindow::OnChanged)
     ON_NOTIFY(NM_CLICK, 6, &DerivedWindow::OnListNotify)
-    END_MESSAGE_MAP()
+END_MESSAGE_MAP()
 
-    class MessageMapTest : public WindowTest
+class MessageMapTest : public WindowTest
+{
+protected:
+    void SetUp() override
     {
-    protected:
-        void SetUp() override
-        {
-            WindowTest::SetUp();
-            ASSERT_TRUE(window.Create(nullptr, nullptr, WS_CHILD, CRect(0, 0, 50, 40), &top, 1));
-            createLog = std::exchange(window.log, {});
-        }
+        WindowTest::SetUp();
+        ASSERT_TRUE(window.Create(nullptr, nullptr, WS_CHILD, CRect(0, 0, 50, 40), &top, 1));
+        createLog = std::exchange(window.log, {});
+    }
 
-        DerivedWindow window;
-        Log createLog;
-    };
+    DerivedWindow window;
+    Log createLog;
+};
 
 }  // namespace
 
@@ -193,8 +193,8 @@ public:
 };
 
 BEGIN_MESSAGE_MAP(SelfReliantEdit, CEdit)
-ON_CONTROL_REFLECT(EN_CHANGE, &SelfReliantEdit::OnChange)
-ON_WM_CTLCOLOR_REFLECT()
+    ON_CONTROL_REFLECT(EN_CHANGE, &SelfReliantEdit::OnChange)
+    ON_WM_CTLCOLOR_REFLECT()
 END_MESSAGE_MAP()
 
 class SelfReliantBar : public CScrollBar
@@ -212,7 +212,7 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(SelfReliantBar, CScrollBar)
-ON_WM_VSCROLL_REFLECT()
+    ON_WM_VSCROLL_REFLECT()
 END_MESSAGE_MAP()
 
 // Takes scroll messages itself, with the bar that sent them.
@@ -231,7 +231,7 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(ScrollParent, CWnd)
-ON_WM_VSCROLL()
+    ON_WM_VSCROLL()
 END_MESSAGE_MAP()
 
 }  // namespace

@@ -25,7 +25,7 @@ protected:
 constexpr UINT updatedPane = 300;
 
 BEGIN_MESSAGE_MAP(UpdatingFrame, CFrameWnd)
-ON_UPDATE_COMMAND_UI(updatedPane, &UpdatingFrame::OnUpdatePane)
+    ON_UPDATE_COMMAND_UI(updatedPane, &UpdatingFrame::OnUpdatePane)
 END_MESSAGE_MAP()
 
 class CStatusBarTest : public testing::Test

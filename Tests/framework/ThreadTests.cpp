@@ -33,7 +33,7 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(Translator, CWnd)
-ON_MESSAGE(workMessage, &Translator::OnWork)
+    ON_MESSAGE(workMessage, &Translator::OnWork)
 END_MESSAGE_MAP()
 
 // A user-interface thread that does what its test tells it in InitInstance.
@@ -110,7 +110,7 @@ private:
 IMPLEMENT_DYNCREATE(TestThread, CWinThread)
 
 BEGIN_MESSAGE_MAP(TestThread, CWinThread)
-ON_THREAD_MESSAGE(workMessage, &TestThread::OnThreadMessage)
+    ON_THREAD_MESSAGE(workMessage, &TestThread::OnThreadMessage)
 END_MESSAGE_MAP()
 
 UINT AFX_CDECL SetToThread(LPVOID parameter)

@@ -71,9 +71,9 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(MortalWindow, CWnd)
-ON_WM_NCCREATE()
-ON_WM_CREATE()
-ON_WM_DESTROY()
+    ON_WM_NCCREATE()
+    ON_WM_CREATE()
+    ON_WM_DESTROY()
 END_MESSAGE_MAP()
 
 struct CreationFault
@@ -148,7 +148,7 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(BusyCreator, CWnd)
-ON_WM_CREATE()
+    ON_WM_CREATE()
 END_MESSAGE_MAP()
 
 class CountingEdit : public CEdit
@@ -172,8 +172,8 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(CountingEdit, CEdit)
-ON_WM_CREATE()
-ON_WM_CHAR()
+    ON_WM_CREATE()
+    ON_WM_CHAR()
 END_MESSAGE_MAP()
 
 CString TextOf(const CWnd& window)
@@ -374,9 +374,9 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(ThrowingWindow, CWnd)
-ON_WM_PAINT()
-ON_COMMAND(1, &ThrowingWindow::OnCommandThatThrows)
-ON_MESSAGE(WM_USER, &ThrowingWindow::OnUser)
+    ON_WM_PAINT()
+    ON_COMMAND(1, &ThrowingWindow::OnCommandThatThrows)
+    ON_MESSAGE(WM_USER, &ThrowingWindow::OnUser)
 END_MESSAGE_MAP()
 
 }  // namespace

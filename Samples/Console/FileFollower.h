@@ -1,0 +1,104 @@
+// FileFollower.h: reads a text file on a thread of its own, and reads on while it grows.
+#pragma once
+
+#include "LineDecoder.h"
+#include "LineQueue.h"
+
+#include <YUniqueHandle.h>
+
+#include <windows.h>
+
+#include <cstddef>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+struct FileHandleTraits
+{
+    using Handle = HANDLE;
+    static Handle Invalid() noexcept { return INVALID_HANDLE_VALUE; }
+    static void Close(Handle file) noexcept { ::CloseHandle(file); }
+};
+using UniqueFile = YUniqueHandle<FileHandleTraits>;
+
+// How far a follower has come.
+struct FollowerState
+{
+    bool opened = false;  // something of the file has been read, or it is empty
+    bool atEnd = false;  // all that the file had
+    bool ended = false;  // nothing more will come
+    DWORD error = ERROR_SUCCESS;  // why it ended
+    TextEncoding encoding = TextEncoding::Utf8;
+    ULONGLONG bytesRead = 0;
+    ULONGLONG size = 0;  // bytes, as last seen
+};
+
+// Delivers the lines of a file, classified by their severity, then those that are added to it, some
+// four times a second. The unfinished last line is shown as well (its beginning, where it is very
+// long), and delivered again when there is more of it.
+// A file that becomes shorter is read again from its start; one that is replaced by another of the
+// same name is read to its end, then the other from its start: both with a line of our own
+// between. A name that is gone for a while is normal during that.
+// Every change posts the message to the window: then take until there is nothing, then look at the
+// state. Others may write, rename and delete the file at any time. All operations belong to the
+// thread that owns the object; its end at any time is safe, and waits for one read at most.
+class FileFollower
+{
+public:
+    static constexpr std::size_t unfinishedLength = 1u << 16;  // characters shown
+
+    // follow: not only what the file has now.
+    FileFollower(std::wstring path, bool follow, HWND window, UINT message);
+    ~FileFollower();
+    FileFollower(const FileFollower&) = delete;
+    FileFollower& operator=(const FileFollower&) = delete;
+
+    const std::wstring& GetPath() const { return path; }
+    FollowerState GetState() const;
+
+    // Null: there is nothing now. What was taken is given back.
+    std::unique_ptr<LineNews> Take() { return queue.Take(); }
+    void GiveBack(std::unique_ptr<LineNews> news) { queue.GiveBack(std::move(news)); }
+
+    void SetFollowing(bool on);
+    // Reads no further; what has been read can still be taken.
+    void Stop();
+
+private:
+    // On the worker.
+    void Run() noexcept;
+    DWORD Follow();
+    DWORD Open(UniqueFile& opened) const;
+    DWORD ReadToEnd();
+    DWORD AwaitChange();
+    bool LooksReplaced();
+    void StartOver(std::wstring_view notice);
+    void DecodeChunk(std::size_t count);
+    bool GetBatch();
+    void ClassifyNewLines();
+    void Deliver(std::size_t unfinished);
+    void DeliverUnfinished();
+    void Publish(ULONGLONG size, bool atEnd);
+
+    const std::wstring path;
+    LineQueue queue;
+    mutable std::mutex mutex;  // guards the state
+    FollowerState state;
+    bool following;  // guarded as well
+
+    // The worker's own.
+    UniqueFile file;
+    UniqueFile successor;  // has taken the file's name; read once the file is at its end
+    std::vector<unsigned char> chunk;
+    std::optional<LineDecoder> decoder;  // none before the first bytes have told the encoding
+    std::unique_ptr<LineNews> batch;  // being filled
+    unsigned classified = 0;  // lines of the batch
+    ULONGLONG bytesRead = 0;  // of this file
+    std::size_t unfinishedTold = 0;  // characters of the unfinished line that were delivered
+
+    std::thread worker;  // the last member: it runs while all the others live
+};

@@ -1,0 +1,107 @@
+#include "LineQueue.h"
+
+#include <utility>
+
+namespace {
+
+// A wake that could not be posted (the window's message queue was full) is tried again.
+constexpr std::chrono::milliseconds retryTime{250};
+
+}  // namespace
+
+LineQueue::LineQueue(HWND readerWindow, UINT wakeMessage)
+    : window(readerWindow), message(wakeMessage)
+{
+    full.reserve(most);
+    empty.reserve(most);
+}
+
+std::unique_ptr<LineNews> LineQueue::GetEmpty()
+{
+    std::unique_lock lock(mutex);
+    while (!stopped) {
+        if (!empty.empty()) {
+            std::unique_ptr<LineNews> news = std::move(empty.back());
+            empty.pop_back();
+            return news;
+        }
+        if (made < most) {
+            auto news = std::make_unique<LineNews>();
+            ++made;
+            return news;
+        }
+        WakeReader();
+        changed.wait_for(lock, retryTime);
+    }
+    return nullptr;
+}
+
+void LineQueue::Put(std::unique_ptr<LineNews> news)
+{
+    const std::lock_guard lock(mutex);
+    full.push_back(std::move(news));
+    WakeReader();
+}
+
+void LineQueue::Wake()
+{
+    const std::lock_guard lock(mutex);
+    WakeReader();
+}
+
+bool LineQueue::Sleep(std::chrono::milliseconds time)
+{
+    std::unique_lock lock(mutex);
+    if (!full.empty()) {
+        WakeReader();
+    }
+    changed.wait_for(lock, time, [this] { return poked || stopped; });
+    poked = false;
+    return !stopped;
+}
+
+bool LineQueue::IsStopped() const
+{
+    const std::lock_guard lock(mutex);
+    return stopped;
+}
+
+std::unique_ptr<LineNews> LineQueue::Take()
+{
+    const std::lock_guard lock(mutex);
+    if (full.empty()) {
+        wakePosted = false;
+        return nullptr;
+    }
+    std::unique_ptr<LineNews> news = std::move(full.front());
+    full.erase(full.begin());
+    return news;
+}
+
+void LineQueue::GiveBack(std::unique_ptr<LineNews> news)
+{
+    news->lines.Clear();
+    news->endsUnfinished = false;
+    const std::lock_guard lock(mutex);
+    empty.push_back(std::move(news));
+    changed.notify_one();
+}
+
+void LineQueue::Poke()
+{
+    const std::lock_guard lock(mutex);
+    poked = true;
+    changed.notify_one();
+}
+
+void LineQueue::Stop()
+{
+    const std::lock_guard lock(mutex);
+    stopped = true;
+    changed.notify_one();
+}
+
+void LineQueue::WakeReader()
+{
+    wakePosted = wakePosted || ::PostMessageW(window, message, 0, 0) != FALSE;
+}

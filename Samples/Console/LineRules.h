@@ -1,0 +1,24 @@
+// LineRules.h: which lines of a log stand out.
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+
+enum class LineSeverity { Plain, Warning, Error, Notice };
+
+// What a line's attribute pointer points to; null: a plain line. There is one constant record for
+// each severity.
+struct LineAttributes
+{
+    LineSeverity severity;
+    COLORREF color;
+};
+
+// The record for lines of our own making, between those of the file.
+const LineAttributes* GetNoticeAttributes();
+
+// Judges a line by whole words in its first 200 characters, whatever their case: "error", "fatal",
+// "failed" and their like make an error, "warning" and its like a warning; an error outweighs.
+// Null for a plain line. Any thread, no allocation.
+const LineAttributes* ClassifyLine(const wchar_t* text, std::size_t length);

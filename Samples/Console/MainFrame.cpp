@@ -1,0 +1,493 @@
+#include "MainFrame.h"
+
+#include "ConsoleOptions.h"
+#include "ConsoleView.h"
+#include "SystemText.h"
+#include "resource.h"
+
+#include <afxdlgs.h>
+
+#include <chrono>
+#include <exception>
+#include <new>
+#include <utility>
+
+namespace {
+
+constexpr UINT newsMessage = WM_APP + 1;
+constexpr UINT_PTR newsTimer = 1;
+constexpr UINT newsPause = 10;  // milliseconds for input and painting
+constexpr std::chrono::milliseconds newsTurn{10};  // for new lines
+
+constexpr unsigned bufferSizes[] = {1'000, 10'000, 100'000, 1'000'000};
+
+constexpr UINT indicators[] = {ID_SEPARATOR, ID_INDICATOR_PROGRESS, ID_INDICATOR_LINES,
+                               ID_INDICATOR_POSITION, ID_INDICATOR_SELECTION};
+
+std::wstring MakeFullPath(const std::wstring& path)
+{
+    std::wstring full(::GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
+    full.resize(
+        ::GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    return full.empty() ? path : full;
+}
+
+std::wstring GetFileName(const std::wstring& path)
+{
+    return path.substr(path.find_last_of(L"\\/:") + 1);
+}
+
+const wchar_t* GetName(TextEncoding encoding)
+{
+    switch (encoding) {
+    case TextEncoding::Utf8: return L"UTF-8";
+    case TextEncoding::Utf16LittleEndian: return L"UTF-16 LE";
+    case TextEncoding::Utf16BigEndian: return L"UTF-16 BE";
+    case TextEncoding::CodePage: break;
+    }
+    return L"ANSI";
+}
+
+std::wstring Describe(const FollowerState& state, bool follows)
+{
+    std::wstring text = GetName(state.encoding);
+    if (state.ended) {
+        return text + L", stopped";
+    }
+    if (!state.atEnd) {
+        const ULONGLONG percent = state.size > 0 ? state.bytesRead * 100 / state.size : 0;
+        return text + L", " + std::to_wstring(percent) + L" %";
+    }
+    return follows ? text + L", following" : text;
+}
+
+}  // namespace
+
+BEGIN_MESSAGE_MAP(MainFrame, CFrameWnd)
+    ON_WM_CREATE()
+    ON_WM_DESTROY()
+    ON_WM_TIMER()
+    ON_MESSAGE(newsMessage, &MainFrame::OnNews)
+    ON_WM_VSCROLL()
+    ON_WM_MOUSEWHEEL()
+    ON_WM_DROPFILES()
+    ON_COMMAND(ID_FILE_OPEN, &MainFrame::OnFileOpen)
+    ON_COMMAND(ID_FILE_RELOAD, &MainFrame::OnFileReload)
+    ON_COMMAND(ID_FILE_FOLLOW, &MainFrame::OnFileFollow)
+    ON_COMMAND(ID_FILE_CANCEL, &MainFrame::OnFileCancel)
+    ON_COMMAND(ID_FILE_CLOSE, &MainFrame::OnFileClose)
+    ON_COMMAND(ID_EDIT_COPY, &MainFrame::OnEditCopy)
+    ON_COMMAND(ID_EDIT_SELECT_ALL, &MainFrame::OnEditSelectAll)
+    ON_COMMAND(ID_EDIT_CLEAR_ALL, &MainFrame::OnEditClear)
+    ON_COMMAND(ID_VIEW_SPLIT, &MainFrame::OnViewSplit)
+    ON_COMMAND(ID_VIEW_OUTLINE, &MainFrame::OnViewOutline)
+    ON_COMMAND_RANGE(ID_BUFFER_1000, ID_BUFFER_1000000, &MainFrame::OnBufferSize)
+    ON_COMMAND(ID_VIEW_FONT, &MainFrame::OnViewFont)
+    ON_COMMAND(ID_VIEW_START, &MainFrame::OnViewStart)
+    ON_COMMAND(ID_VIEW_END, &MainFrame::OnViewEnd)
+    ON_COMMAND(ID_APP_ABOUT, &MainFrame::OnAbout)
+    ON_UPDATE_COMMAND_UI(ID_FILE_RELOAD, &MainFrame::OnUpdateHasFile)
+    ON_UPDATE_COMMAND_UI(ID_FILE_FOLLOW, &MainFrame::OnUpdateFollow)
+    ON_UPDATE_COMMAND_UI(ID_FILE_CANCEL, &MainFrame::OnUpdateCancel)
+    ON_UPDATE_COMMAND_UI(ID_FILE_CLOSE, &MainFrame::OnUpdateHasFile)
+    ON_UPDATE_COMMAND_UI(ID_EDIT_COPY, &MainFrame::OnUpdateCopy)
+    ON_UPDATE_COMMAND_UI(ID_EDIT_SELECT_ALL, &MainFrame::OnUpdateHasLines)
+    ON_UPDATE_COMMAND_UI(ID_EDIT_CLEAR_ALL, &MainFrame::OnUpdateHasLines)
+    ON_UPDATE_COMMAND_UI(ID_VIEW_SPLIT, &MainFrame::OnUpdateSplit)
+    ON_UPDATE_COMMAND_UI(ID_VIEW_OUTLINE, &MainFrame::OnUpdateOutline)
+    ON_UPDATE_COMMAND_UI_RANGE(ID_BUFFER_1000, ID_BUFFER_1000000, &MainFrame::OnUpdateBufferSize)
+    ON_UPDATE_COMMAND_UI(ID_INDICATOR_PROGRESS, &MainFrame::OnUpdateProgress)
+    ON_UPDATE_COMMAND_UI(ID_INDICATOR_LINES, &MainFrame::OnUpdateLines)
+    ON_UPDATE_COMMAND_UI(ID_INDICATOR_POSITION, &MainFrame::OnUpdatePosition)
+    ON_UPDATE_COMMAND_UI(ID_INDICATOR_SELECTION, &MainFrame::OnUpdateSelection)
+END_MESSAGE_MAP()
+
+// The window
+
+bool MainFrame::Load(const ConsoleOptions& options)
+{
+    lineLimit = options.lineLimit;
+    follow = options.follow;
+    outline = options.outline;
+    if (!LoadFrame(IDR_MAINFRAME)) {
+        return false;
+    }
+    views.GetFirst().SetLineLimit(lineLimit);
+    views.GetFirst().ChangeSelectionStyle(GetStyle());
+    if (options.split) {
+        views.Split(GetStyle());
+    }
+    return true;
+}
+
+int MainFrame::OnCreate(CREATESTRUCT* create)
+{
+    if (CFrameWnd::OnCreate(create) == -1 || !statusBar.Create(this) ||
+        !statusBar.SetIndicators(indicators, std::size(indicators))) {
+        return -1;
+    }
+    SetMessageText(static_cast<UINT>(AFX_IDS_IDLEMESSAGE));
+    DragAcceptFiles();
+    RecalcLayout();
+    return 0;
+}
+
+BOOL MainFrame::OnCreateClient(LPCREATESTRUCT, CCreateContext*)
+{
+    return views.Create();
+}
+
+void MainFrame::OnDestroy()
+{
+    candidate.reset();
+    follower.reset();
+    CFrameWnd::OnDestroy();
+}
+
+// Split, the pane is not the only one to share what the bars leave.
+void MainFrame::RecalcLayout(BOOL notify)
+{
+    if (!views.IsSplit()) {
+        CFrameWnd::RecalcLayout(notify);
+        return;
+    }
+    if (laysOut) {
+        return;  // a window that moves may bring on a WM_SIZE
+    }
+    laysOut = true;
+    constexpr UINT noPane = 0;
+    CRect rest;
+    RepositionBars(0, 0xFFFF, noPane);
+    RepositionBars(0, 0xFFFF, noPane, reposQuery, &rest);
+    views.LayOut(rest);
+    laysOut = false;
+}
+
+// From the linked bar; a view's own bars never come here.
+void MainFrame::OnVScroll(UINT code, UINT position, CScrollBar*)
+{
+    views.ScrollByBar(code, position);
+}
+
+// Over the bars, or with the focus on none of the views.
+BOOL MainFrame::OnMouseWheel(UINT flags, short delta, CPoint point)
+{
+    views.GetFirst().SendMessage(WM_MOUSEWHEEL, MAKEWPARAM(flags, delta),
+                                 MAKELPARAM(point.x, point.y));
+    return TRUE;
+}
+
+void MainFrame::OnDropFiles(HDROP drop)
+{
+    std::wstring dropped(::DragQueryFileW(drop, 0, nullptr, 0), L'\0');
+    ::DragQueryFileW(drop, 0, dropped.data(), static_cast<UINT>(dropped.size() + 1));
+    ::DragFinish(drop);
+    Open(dropped);
+}
+
+void MainFrame::ShowTitle()
+{
+    SetWindowText(path.empty() ? L"Console" : (GetFileName(path) + L" - Console").c_str());
+}
+
+SelectionDrawStyle MainFrame::GetStyle() const
+{
+    return outline ? SelectionDrawStyle::Outline : SelectionDrawStyle::Filled;
+}
+
+// Lines
+
+void MainFrame::Open(const std::wstring& newPath)
+{
+    try {
+        candidate.reset();
+        candidate =
+            std::make_unique<FileFollower>(MakeFullPath(newPath), follow, m_hWnd, newsMessage);
+    } catch (const std::exception&) {  // neither memory nor a thread
+        ::AfxMessageBox(GetSystemText(ERROR_NOT_ENOUGH_MEMORY).c_str(), MB_ICONERROR);
+    }
+}
+
+bool MainFrame::IsLoading() const
+{
+    return candidate || (follower && !follower->GetState().atEnd);
+}
+
+LRESULT MainFrame::OnNews(WPARAM, LPARAM)
+{
+    TakeNews();
+    return 0;
+}
+
+void MainFrame::OnTimer(UINT_PTR timer)
+{
+    if (timer == newsTimer) {
+        KillTimer(newsTimer);
+        TakeNews();
+    }
+}
+
+void MainFrame::TakeNews()
+{
+    try {
+        if (candidate) {
+            JudgeCandidate();
+        }
+        if (follower) {
+            ShowLines();
+        }
+    } catch (const std::bad_alloc&) {
+        GiveUpForMemory();
+    }
+}
+
+// What a message box says is past already: messages go on being handled under it.
+void MainFrame::JudgeCandidate()
+{
+    const FollowerState state = candidate->GetState();
+    if (state.opened) {
+        follower = std::move(candidate);
+        path = follower->GetPath();
+        views.GetFirst().Clear();
+        ShowTitle();
+    } else if (state.ended) {
+        const std::wstring text = candidate->GetPath() + L"\n\n" + GetSystemText(state.error);
+        candidate.reset();
+        ::AfxMessageBox(text.c_str(), MB_ICONEXCLAMATION);
+    }
+}
+
+void MainFrame::ShowLines()
+{
+    const auto end = std::chrono::steady_clock::now() + newsTurn;
+    while (std::unique_ptr<LineNews> news = follower->Take()) {
+        views.GetFirst().ShowLines(news->lines.GetLines(), news->lines.GetCount(),
+                                   news->endsUnfinished);
+        follower->GiveBack(std::move(news));
+        if (std::chrono::steady_clock::now() >= end) {
+            SetTimer(newsTimer, newsPause);
+            return;
+        }
+    }
+    ShowEnd();
+}
+
+void MainFrame::ShowEnd()
+{
+    const FollowerState state = follower->GetState();
+    if (state.ended) {
+        follower.reset();
+        const std::wstring text = L"--- Reading has ended: " + GetSystemText(state.error) + L" ---";
+        views.GetFirst().ShowNotice(text.c_str());
+    }
+}
+
+// The second view is given up, too: it is half of the memory, and may lack the latest lines.
+void MainFrame::GiveUpForMemory()
+{
+    candidate.reset();
+    follower.reset();
+    views.Unsplit();
+    ::AfxMessageBox(GetSystemText(ERROR_NOT_ENOUGH_MEMORY).c_str(), MB_ICONERROR);
+}
+
+// Commands
+
+void MainFrame::OnFileOpen()
+{
+    CFileDialog dialog(TRUE, nullptr, nullptr, OFN_HIDEREADONLY | OFN_FILEMUSTEXIST,
+                       L"Logs (*.log;*.txt)|*.log;*.txt|All files (*.*)|*.*||", this);
+    if (dialog.DoModal() == IDOK) {
+        Open(dialog.GetPathName().GetString());
+    }
+}
+
+void MainFrame::OnFileReload()
+{
+    if (!path.empty()) {
+        Open(path);
+    }
+}
+
+void MainFrame::OnFileFollow()
+{
+    follow = !follow;
+    for (FileFollower* reader : {follower.get(), candidate.get()}) {
+        if (reader) {
+            reader->SetFollowing(follow);
+        }
+    }
+}
+
+void MainFrame::OnFileCancel()
+{
+    if (!IsLoading()) {
+        return;
+    }
+    if (candidate) {
+        candidate.reset();  // what is shown stays and is followed
+        return;
+    }
+    follower.reset();
+    views.GetFirst().ShowNotice(L"--- Reading was cancelled ---");
+}
+
+void MainFrame::OnFileClose()
+{
+    candidate.reset();
+    follower.reset();
+    path.clear();
+    views.GetFirst().Clear();
+    ShowTitle();
+}
+
+void MainFrame::OnEditCopy()
+{
+    views.GetFirst().Copy();
+}
+
+void MainFrame::OnEditSelectAll()
+{
+    views.GetFirst().SelectAllLines();
+}
+
+void MainFrame::OnEditClear()
+{
+    views.GetFirst().Clear();
+}
+
+void MainFrame::OnViewSplit()
+{
+    if (views.IsSplit()) {
+        views.Unsplit();
+        return;
+    }
+    try {
+        views.Split(GetStyle());
+    } catch (const std::bad_alloc&) {
+        ::AfxMessageBox(GetSystemText(ERROR_NOT_ENOUGH_MEMORY).c_str(), MB_ICONERROR);
+    }
+}
+
+void MainFrame::OnViewOutline()
+{
+    outline = !outline;
+    views.GetFirst().ChangeSelectionStyle(GetStyle());
+}
+
+void MainFrame::OnBufferSize(UINT id)
+{
+    try {
+        views.GetFirst().SetLineLimit(bufferSizes[id - ID_BUFFER_1000]);
+        lineLimit = bufferSizes[id - ID_BUFFER_1000];
+    } catch (const std::bad_alloc&) {
+        GiveUpForMemory();
+    }
+}
+
+void MainFrame::OnViewFont()
+{
+    LOGFONT font = views.GetFirst().GetShownFont();
+    CFontDialog dialog(&font, CF_SCREENFONTS | CF_FIXEDPITCHONLY | CF_INITTOLOGFONTSTRUCT, nullptr,
+                       this);
+    if (dialog.DoModal() == IDOK) {
+        dialog.GetCurrentFont(&font);
+        views.GetFirst().ChangeFont(font);
+    }
+}
+
+void MainFrame::OnViewStart()
+{
+    views.GetFirst().GoToStart();
+}
+
+void MainFrame::OnViewEnd()
+{
+    views.GetFirst().GoToEnd();
+}
+
+void MainFrame::OnAbout()
+{
+    ::AfxMessageBox(L"Console\n\nShows a log and what is added to it: a sample host of CommonUi.",
+                    MB_ICONINFORMATION);
+}
+
+// The state of commands and panes
+
+void MainFrame::OnUpdateHasFile(CCmdUI* item)
+{
+    item->Enable(!path.empty());
+}
+
+void MainFrame::OnUpdateFollow(CCmdUI* item)
+{
+    item->SetCheck(follow);
+}
+
+void MainFrame::OnUpdateCancel(CCmdUI* item)
+{
+    item->Enable(IsLoading());
+}
+
+void MainFrame::OnUpdateCopy(CCmdUI* item)
+{
+    item->Enable(views.GetFirst().CanCopy());
+}
+
+void MainFrame::OnUpdateHasLines(CCmdUI* item)
+{
+    item->Enable(views.GetFirst().HasLines());
+}
+
+void MainFrame::OnUpdateSplit(CCmdUI* item)
+{
+    item->SetCheck(views.IsSplit());
+}
+
+void MainFrame::OnUpdateOutline(CCmdUI* item)
+{
+    item->SetCheck(outline);
+}
+
+void MainFrame::OnUpdateBufferSize(CCmdUI* item)
+{
+    item->SetRadio(bufferSizes[item->m_nID - ID_BUFFER_1000] == lineLimit);
+}
+
+void MainFrame::OnUpdateProgress(CCmdUI* item)
+{
+    std::wstring text;
+    if (candidate) {
+        text = L"opening";
+    } else if (follower) {
+        text = Describe(follower->GetState(), follow);
+    } else if (!path.empty()) {
+        text = L"stopped";
+    }
+    item->SetText(text.c_str());
+}
+
+void MainFrame::OnUpdateLines(CCmdUI* item)
+{
+    item->SetText(FormatCount(views.GetFirst().GetBuffer().GetLineCount(), L"line").c_str());
+}
+
+void MainFrame::OnUpdatePosition(CCmdUI* item)
+{
+    const ConsoleView& view = views.GetFirst();
+    const std::wstring text = L"at line " + FormatNumber(view.GetTopLine() + 1);
+    item->SetText(view.HasLines() ? text.c_str() : L"");
+}
+
+void MainFrame::OnUpdateSelection(CCmdUI* item)
+{
+    std::wstring text;
+    if (const YTextViewHighlight* selection = views.GetFirst().GetHighlight()) {
+        const YTextViewCharPosition begin = selection->GetBegin();
+        const YTextViewCharPosition end = selection->GetEnd();
+        text = begin.line == end.line ? FormatCount(end.column - begin.column + 1, L"character")
+                                      : FormatCount(end.line - begin.line + 1, L"line");
+        text += L" selected";
+    }
+    item->SetText(text.c_str());
+}

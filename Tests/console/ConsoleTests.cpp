@@ -1,0 +1,316 @@
+// The program: a real frame that loads real files.
+#include "ConsoleFile.h"
+#include "ConsoleOptions.h"
+#include "ConsoleView.h"
+#include "LineRules.h"
+#include "MainFrame.h"
+#include "resource.h"
+#include "support/ImportHook.h"
+#include "support/Input.h"
+
+#include <afxole.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace {
+
+std::wstring shownMessage;
+
+int WINAPI RecordMessage(HWND, LPCWSTR text, LPCWSTR, UINT)
+{
+    shownMessage = text;
+    return IDOK;
+}
+
+std::string MakeLines(unsigned first, unsigned count)
+{
+    std::string text;
+    for (unsigned i = first; i < first + count; ++i) {
+        text += "line " + std::to_string(i) + "\n";
+    }
+    return text;
+}
+
+class ConsoleTest : public testing::Test
+{
+protected:
+    static void SetUpTestSuite() { ASSERT_TRUE(::AfxOleInit()); }
+    static void TearDownTestSuite() { ::AfxOleTerm(); }
+
+    void Start(const ConsoleOptions& options = {})
+    {
+        frame = new MainFrame;
+        ASSERT_TRUE(frame->Load(options));
+        frame->InitialUpdateFrame(nullptr, TRUE);
+        frame->MoveWindow(0, 0, 600, 400);
+        PumpMessages();
+    }
+    void TearDown() override
+    {
+        if (frame) {
+            frame->DestroyWindow();
+        }
+        PumpMessages();
+    }
+
+    ConsoleView& View() const { return frame->GetViews().GetFirst(); }
+    ConsoleView& SecondView() const
+    {
+        const int id = View().GetDlgCtrlID() + 1;  // the next column
+        return static_cast<ConsoleView&>(*View().GetParent()->GetDlgItem(id));
+    }
+    unsigned CountLines(const ConsoleView& view) const { return view.GetBuffer().GetLineCount(); }
+    std::wstring TextOf(const ConsoleView& view, unsigned line) const
+    {
+        const std::vector<wchar_t>& text = view.GetBuffer().GetLineInfo(line).text;
+        return {text.begin(), text.end()};
+    }
+    std::wstring TopText() const { return TextOf(View(), View().GetTopLine()); }
+    std::wstring LastText() const { return TextOf(View(), CountLines(View()) - 1); }
+
+    void Command(UINT id) { frame->SendMessage(WM_COMMAND, id); }
+    bool Load(unsigned lines)
+    {
+        frame->Open(file.GetPath());
+        return PumpUntil([&] { return CountLines(View()) == lines && !frame->IsLoading(); });
+    }
+
+    ConsoleFile file;
+    MainFrame* frame = nullptr;
+};
+
+// The colours of a row of the window as painted.
+bool RowHasColour(CWnd& view, int row, int height, COLORREF colour)
+{
+    CClientDC dc(&view);
+    for (int y = row * height; y < (row + 1) * height; ++y) {
+        for (int x = 0; x < 120; ++x) {
+            if (dc.GetPixel(x, y) == colour) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+TEST_F(ConsoleTest, ColoursLinesByTheirSeverityAndFollows)
+{
+    file.Write("plain text\nerror: one\nwarning: two\n");
+    Start();
+    ASSERT_TRUE(Load(3));
+    View().RedrawWindow();
+    const int height = View().GetCharacterHeight();
+    constexpr wchar_t error[] = L"error";
+    constexpr wchar_t warning[] = L"warning";
+    EXPECT_TRUE(RowHasColour(View(), 0, height, ::GetSysColor(COLOR_WINDOWTEXT)));
+    EXPECT_TRUE(RowHasColour(View(), 1, height, ClassifyLine(error, 5)->color));
+    EXPECT_TRUE(RowHasColour(View(), 2, height, ClassifyLine(warning, 7)->color));
+    EXPECT_FALSE(RowHasColour(View(), 0, height, ClassifyLine(error, 5)->color));
+
+    file.Append("added");
+    ASSERT_TRUE(PumpUntil([&] { return CountLines(View()) == 4; }));
+    file.Append(" later\n");
+    ASSERT_TRUE(PumpUntil([&] { return LastText() == L"added later"; }));
+    EXPECT_EQ(CountLines(View()), 4u);
+    CString title;
+    frame->GetWindowText(title);
+    EXPECT_EQ(title.Right(10), CString(L" - Console"));
+}
+
+TEST_F(ConsoleTest, LinkedViewsShowTheSameLinesPlaceAndSelection)
+{
+    file.Write(MakeLines(0, 500));
+    Start();
+    ASSERT_TRUE(Load(500));
+    for (int i = 0; i < 100; ++i) {
+        View().SendMessage(WM_VSCROLL, SB_LINEUP);
+    }
+    const std::wstring top = TopText();
+    Command(ID_VIEW_SPLIT);
+    PumpMessages();
+    ConsoleView& second = SecondView();
+    ASSERT_EQ(CountLines(second), 500u);
+    EXPECT_EQ(TopText(), top);
+
+    second.SendMessage(WM_MOUSEWHEEL, MAKEWPARAM(0, WHEEL_DELTA));
+    EXPECT_NE(TopText(), top);
+    EXPECT_EQ(second.GetTopLine(), View().GetTopLine());
+    second.SendMessage(WM_KEYDOWN, VK_PRIOR);
+    EXPECT_EQ(second.GetTopLine(), View().GetTopLine());
+    DragLeft(second, {20, 20}, {100, 60});
+    ASSERT_TRUE(second.GetHighlight() && View().GetHighlight());
+    EXPECT_TRUE(second.GetHighlight()->Equal(*View().GetHighlight()));
+
+    const YTextViewCharPosition begin = View().GetHighlight()->GetBegin();
+    const std::wstring place = TopText();
+    Command(ID_VIEW_SPLIT);
+    PumpMessages();
+    EXPECT_EQ(TopText(), place);
+    ASSERT_TRUE(View().GetHighlight());
+    EXPECT_EQ(View().GetHighlight()->GetBegin(), begin);
+}
+
+class ConsoleReading : public ConsoleTest, public testing::WithParamInterface<bool>
+{};
+
+TEST_P(ConsoleReading, KeepsItsTextStillWhileTheBufferDropsLines)
+{
+    ConsoleOptions options;
+    options.lineLimit = 100;
+    options.split = GetParam();
+    file.Write(MakeLines(0, 100));
+    Start(options);
+    ASSERT_TRUE(Load(100));
+    EXPECT_FALSE(View().IsReading());
+    View().SendMessage(WM_KEYDOWN, VK_PRIOR);
+    ASSERT_TRUE(View().IsReading());
+    const std::wstring top = TopText();
+
+    file.Append(MakeLines(100, 10));
+    ASSERT_TRUE(PumpUntil([&] { return LastText() == L"line 109"; }));
+    EXPECT_EQ(TopText(), top);
+    while (View().IsReading()) {
+        const unsigned before = View().GetTopLine();
+        View().SendMessage(WM_VSCROLL, SB_PAGEDOWN);
+        ASSERT_NE(View().GetTopLine(), before) << "the end is not reached";
+    }
+    file.Append(MakeLines(110, 10));
+    ASSERT_TRUE(PumpUntil([&] { return LastText() == L"line 119"; }));
+    EXPECT_EQ(View().GetTopLine(), 100 - View().GetPageLines());
+}
+
+INSTANTIATE_TEST_SUITE_P(Views, ConsoleReading, testing::Bool(),
+                         [](const auto& tested) { return tested.param ? "Split" : "Single"; });
+
+TEST_F(ConsoleTest, ASmallerBufferKeepsTheNewestLinesInOrder)
+{
+    ConsoleOptions options;
+    options.lineLimit = 5'000;
+    file.Write(MakeLines(0, 4'500));
+    Start(options);
+    ASSERT_TRUE(Load(4'500));
+    Command(ID_EDIT_CLEAR_ALL);
+    file.Append(MakeLines(4'500, 900));  // across the end of the ring
+    ASSERT_TRUE(PumpUntil([&] { return CountLines(View()) == 900; }));
+    Command(ID_BUFFER_1000);
+    ASSERT_EQ(CountLines(View()), 900u);
+    for (unsigned i = 0; i < 900; ++i) {
+        ASSERT_EQ(TextOf(View(), i), L"line " + std::to_wstring(4'500 + i));
+    }
+}
+
+TEST_F(ConsoleTest, CopiesTheSelection)
+{
+    file.Write("one\ntwo");
+    Start();
+    ASSERT_TRUE(Load(2));
+    Command(ID_EDIT_SELECT_ALL);
+    Command(ID_EDIT_COPY);
+    ASSERT_TRUE(::OpenClipboard(frame->m_hWnd));
+    const HANDLE data = ::GetClipboardData(CF_UNICODETEXT);
+    ASSERT_TRUE(data);
+    EXPECT_EQ(std::wstring(static_cast<const wchar_t*>(::GlobalLock(data))), L"one\r\ntwo\r\n");
+    ::GlobalUnlock(data);
+    ::EmptyClipboard();
+    ::CloseClipboard();
+}
+
+TEST_F(ConsoleTest, AFileThatCannotBeReadLeavesWhatIsShown)
+{
+    const ImportHook hook(L"CommonFramework.dll", "user32.dll", "MessageBoxW", &RecordMessage);
+    file.Write("one\n");
+    Start();
+    ASSERT_TRUE(Load(1));
+    shownMessage.clear();
+    frame->Open(L"Q:\\no such file");
+    ASSERT_TRUE(PumpUntil([] { return !shownMessage.empty(); }));
+    EXPECT_NE(shownMessage.find(L"no such file"), std::wstring::npos);
+    EXPECT_EQ(LastText(), L"one");
+    file.Append("two\n");
+    EXPECT_TRUE(PumpUntil([&] { return LastText() == L"two"; }));
+}
+
+std::vector<COLORREF> ReadPixels(CDC& dc, const CRect& area)
+{
+    std::vector<COLORREF> pixels;
+    for (int y = area.top; y < area.bottom; y += 3) {
+        for (int x = area.left; x < area.right; ++x) {
+            pixels.push_back(dc.GetPixel(x, y));
+        }
+    }
+    return pixels;
+}
+
+TEST_F(ConsoleTest, PrintsWhatItPaints)
+{
+    file.Write(MakeLines(0, 50) + "error\n");
+    Start();
+    ASSERT_TRUE(Load(51));
+    Command(ID_EDIT_SELECT_ALL);
+    View().RedrawWindow();
+    CRect client;
+    static_cast<CWnd&>(View()).GetClientRect(&client);
+    CClientDC screen(&View());
+    CDC memory;
+    CBitmap bitmap;
+    ASSERT_TRUE(memory.CreateCompatibleDC(&screen));
+    ASSERT_TRUE(bitmap.CreateCompatibleBitmap(&screen, client.Width(), client.Height()));
+    CBitmap* const previous = memory.SelectObject(&bitmap);
+    View().SendMessage(WM_PRINTCLIENT, reinterpret_cast<WPARAM>(memory.GetSafeHdc()), PRF_CLIENT);
+    EXPECT_TRUE(ReadPixels(memory, client) == ReadPixels(screen, client));
+    memory.SelectObject(previous);
+}
+
+// Longest: of handling one message.
+TEST_F(ConsoleTest, AnswersWhileALargeFileLoadsAndEscapeCancels)
+{
+    constexpr unsigned lines = 400'000;
+    file.Write(MakeLines(1'000'000'000, lines) + std::string(12u << 20, '\n'));
+    Start();
+    frame->Open(file.GetPath());
+    unsigned slow = 0;
+    const ULONGLONG limit = ::GetTickCount64() + 60'000;
+    do {
+        const ULONGLONG start = ::GetTickCount64();
+        MSG message;
+        if (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            ::DispatchMessageW(&message);
+        }
+        slow += ::GetTickCount64() - start > 50;
+    } while (frame->IsLoading() && ::GetTickCount64() < limit);
+    EXPECT_LE(slow, 2u);  // the machine has other work, too
+    EXPECT_EQ(CountLines(View()), 100'000u);
+
+    Command(ID_FILE_RELOAD);
+    ASSERT_TRUE(PumpUntil([&] { return CountLines(View()) < 100'000 && CountLines(View()) > 0; }));
+    Command(ID_FILE_CANCEL);
+    EXPECT_FALSE(frame->IsLoading());
+    EXPECT_EQ(View().GetBuffer().GetLineInfo(CountLines(View()) - 1).attributes,
+              GetNoticeAttributes());
+}
+
+TEST(ConsoleOptions, AreParsed)
+{
+    const wchar_t* const good[] = {L"Console", L"--buffer",  L"500",         L"a.log",
+                                   L"--split", L"--outline", L"--follow=off"};
+    const ConsoleOptions options = ParseConsoleOptions(static_cast<int>(std::size(good)), good);
+    EXPECT_EQ(options.file, L"a.log");
+    EXPECT_EQ(options.lineLimit, 500u);
+    EXPECT_TRUE(options.split && options.outline && !options.follow && options.error.empty());
+}
+
+TEST(ConsoleOptions, MistakesAreNamed)
+{
+    for (const std::vector<const wchar_t*>& bad :
+         {std::vector{L"Console", L"--nonsense"}, std::vector{L"Console", L"--buffer", L"0"},
+          std::vector{L"Console", L"--buffer", L"-1"}, std::vector{L"Console", L"--buffer"},
+          std::vector{L"Console", L"--buffer", L"1000001"}, std::vector{L"Console", L"a", L"b"}}) {
+        const int count = static_cast<int>(bad.size());
+        EXPECT_FALSE(ParseConsoleOptions(count, bad.data()).error.empty()) << bad.back();
+    }
+}
+
+}  // namespace

@@ -1,0 +1,112 @@
+// The clipboard functions and buffer when memory runs out under them.
+
+#include "YUnicodeString.h"
+#include "YUnknownPointer.h"
+#include "textview/ClipboardBuffer.h"
+#include "textview/ClipboardFaults.h"
+#include "textview/YClipboard.h"
+
+#include <afxole.h>
+#include <gtest/gtest.h>
+
+#include <new>
+
+namespace {
+
+using Buffer = YUnknownPointer<ClipboardBuffer>;
+
+constexpr unsigned genericClipboardFailure = 0xE1330068;
+
+HANDLE WINAPI NoData(UINT)
+{
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    return nullptr;
+}
+
+// With a text on the clipboard.
+class ClipboardFaultTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(AfxOleInit());
+        ASSERT_TRUE(YCopyTextToClipboard(L"one\r\ntwo"));
+        ::OleFlushClipboard();
+    }
+    void TearDown() override
+    {
+        ASSERT_TRUE(::OpenClipboard(nullptr));
+        ::EmptyClipboard();
+        ::CloseClipboard();
+    }
+};
+
+using Faults = ClipboardFaults;
+
+}  // namespace
+
+TEST_F(ClipboardFaultTest, ATextThatCannotBeCopiedIsReported)
+{
+    const int calls = FailEachCall([](int call) {
+        ::OleSetClipboard(nullptr);
+        Faults::FailAt(call);
+        const bool copied = YCopyTextToClipboard(L"text");
+        Faults::Stop();
+        const auto text = ClipboardText();
+        EXPECT_TRUE(copied || Faults::HasFailed());
+        // Whether the system took what it was offered is not said.
+        EXPECT_TRUE(!text || (copied && text == L"text"));
+        EXPECT_TRUE(text || Faults::HasFailed());
+        ::OleSetClipboard(nullptr);
+    });
+    EXPECT_GE(calls, 3);  // the block, its lock, the data source
+}
+
+TEST_F(ClipboardFaultTest, ABufferThatCannotReadSaysWhyAndClosesTheClipboard)
+{
+    const int calls = FailEachCall([](int call) {
+        ASSERT_TRUE(::OpenClipboard(nullptr));
+        ::SetLastError(0);
+        Faults::FailAt(call);
+        try {
+            const Buffer buffer = Buffer::Make(unsigned{CF_UNICODETEXT}, false);
+            const DWORD error = ::GetLastError();
+            Faults::Stop();
+            EXPECT_EQ(buffer->IsValid(), !Faults::HasFailed());
+            EXPECT_EQ(buffer->IsMultiline(1), !Faults::HasFailed());
+            EXPECT_TRUE(!Faults::HasFailed() || error == genericClipboardFailure);
+            EXPECT_FALSE(::CloseClipboard());  // it is closed already
+        } catch (const std::bad_alloc&) {
+            ::CloseClipboard();  // there was not even an object to do it
+        }
+    });
+    EXPECT_GE(calls, 3);  // the object, the lock, the copy
+
+    const ImportHook hook(L"CommonUi.dll", "USER32.dll", "GetClipboardData", &NoData);
+    ASSERT_TRUE(::OpenClipboard(nullptr));
+    const Buffer buffer = Buffer::Make(ClipboardBuffer::asciiText, false);
+    EXPECT_EQ(::GetLastError(), genericClipboardFailure);
+    EXPECT_FALSE(buffer->IsValid());
+    EXPECT_FALSE(buffer->IsMultiline(0));
+}
+
+TEST_F(ClipboardFaultTest, ATextThatCannotBeTakenLeavesTheOldOne)
+{
+    for (const unsigned format : {unsigned{CF_UNICODETEXT}, unsigned{ClipboardBuffer::asciiText}}) {
+        ASSERT_TRUE(::OpenClipboard(nullptr));
+        const Buffer buffer = Buffer::Make(format, false);
+        YUnicodeString text(L"a single line, longer than any small string");
+        const int calls = FailEachCall([&buffer, &text](int call) {
+            const Buffer copy = Buffer::Make(*buffer);
+            bool taken = false;
+            Faults::FailAt(call);
+            try {
+                taken = copy->SetData(text);
+            } catch (const std::bad_alloc&) {}
+            Faults::Stop();
+            EXPECT_EQ(taken, !Faults::HasFailed());
+            EXPECT_EQ(copy->IsMultiline(1), !taken);
+        });
+        EXPECT_GE(calls, 3);  // the block, its locks, the copy
+    }
+}

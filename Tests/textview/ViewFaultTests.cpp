@@ -1,0 +1,399 @@
+// The text view when things go wrong around it: lines that go while they are selected, output from
+// inside a drag, a system without memory, fonts, bitmaps or clipboard.
+
+#include "support/CaseName.h"
+#include "textview/ClipboardFaults.h"
+#include "textview/ViewFixture.h"
+
+#include <afxole.h>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+namespace {
+
+class ViewFaultTest : public ViewTest
+{
+protected:
+    RECT Page() const { return {0, 0, columns * cell.cx, rows * cell.cy}; }
+
+    // The texts of the first and the last selected line.
+    std::pair<std::wstring, std::wstring> SelectedLines() const
+    {
+        const auto selection = view->GetSelection();
+        if (!selection) {
+            return {};
+        }
+        return {TextOf(view->GetBuffer(), selection->line),
+                TextOf(view->GetBuffer(), selection->endLine)};
+    }
+
+    // The view does what it is for.
+    void ExpectUsable() const
+    {
+        view->Clear();
+        view->Append({L"usable", L"again"});
+        EXPECT_GT(Shoot(Page()).Count(::GetSysColor(COLOR_WINDOWTEXT)), 0);
+        Select(0, 0, 2, 1);
+        view->OnEditCopy();
+        EXPECT_EQ(ClipboardText(), L"usable\r\naga\r\n");
+        ::OleSetClipboard(nullptr);
+    }
+};
+
+LOGFONTW FontOf(int height)
+{
+    LOGFONTW font{};
+    font.lfHeight = height;
+    font.lfCharSet = DEFAULT_CHARSET;
+    std::wcscpy(font.lfFaceName, L"Courier New");
+    return font;
+}
+
+}  // namespace
+
+// Lines that go
+
+// One drag and one click with Shift, with lines dropped at one moment of it. Rows show lines 120 to
+// 129, three more when three were dropped.
+struct DropCase
+{
+    const char* name;
+    int step;  // before which the lines are dropped
+    const wchar_t* first;
+    const wchar_t* last;  // selected in the end
+};
+
+class ViewDrop : public ViewFaultTest, public testing::WithParamInterface<DropCase>
+{
+protected:
+    void Do(int step) const
+    {
+        switch (step) {
+        case 0: SendMouse(WM_LBUTTONDOWN, InCell(0, 2, 0)); break;
+        case 1: SendMouse(WM_MOUSEMOVE, InCell(2, 4)); break;
+        case 2: SendMouse(WM_MOUSEMOVE, InCell(2, 5)); break;
+        case 3: SendMouse(WM_LBUTTONUP, InCell(2, 6)); break;
+        case 4: ClickWithShift(InCell(2, 8)); break;
+        default: break;
+        }
+    }
+
+private:
+    void ClickWithShift(POINT point) const
+    {
+        BYTE keys[256];
+        ::GetKeyboardState(keys);
+        keys[VK_SHIFT] = 0x80;
+        ::SetKeyboardState(keys);
+        SendMouse(WM_LBUTTONDOWN, point);
+        SendMouse(WM_LBUTTONUP, point);
+        keys[VK_SHIFT] = 0;
+        ::SetKeyboardState(keys);
+    }
+};
+
+TEST_P(ViewDrop, BothEndsStayWithTheirText)
+{
+    view->AppendNumbered(100, 50);
+    view->SetCaret(true);
+    view->ScrollToPoint(20, 0);
+    for (int step = 0; step <= 5; ++step) {
+        if (step == GetParam().step) {
+            view->AppendNumbered(150, 3);
+        }
+        Do(step);
+    }
+    EXPECT_EQ(SelectedLines(), std::make_pair(std::wstring(GetParam().first),
+                                              std::wstring(GetParam().last)));
+    view->AppendNumbered(200, 50);
+    EXPECT_EQ(view->GetSelection(), std::nullopt);
+    EXPECT_FALSE(view->CanCopy());
+}
+
+// Where the button goes down is a place in the window: the text that is there at the first move
+// begins the selection.
+INSTANTIATE_TEST_SUITE_P(Moments, ViewDrop,
+                         testing::Values(DropCase{"BeforePress", 0, L"125", L"131"},
+                                         DropCase{"BeforeFirstMove", 1, L"125", L"131"},
+                                         DropCase{"InsideTheDrag", 2, L"122", L"131"},
+                                         DropCase{"BeforeRelease", 3, L"122", L"131"},
+                                         DropCase{"BeforeShiftClick", 4, L"122", L"131"},
+                                         DropCase{"AfterShiftClick", 5, L"122", L"128"}),
+                         CaseName());
+
+TEST_F(ViewFaultTest, OutputThatArrivesInsideADragPushesTheSelectionOut)
+{
+    unsigned next = 50;
+    view->AppendNumbered(0, 50);
+    view->ScrollToPoint(0, 0);
+    view->atPost = [this, &next] {
+        view->AppendNumbered(next, 7);
+        next += 7;
+    };
+    PressLeft(*view, InCell(0, 1));
+    for (int move = 0; move < 20; ++move) {
+        MovePointer(*view, InCell(1 + move % 2, 2 + move % 5));
+        view->PostMessage(WM_APP);
+        PumpMessages();
+        const auto selection = view->GetSelection();
+        ASSERT_TRUE(!selection || selection->endLine < 50);
+    }
+    ReleaseLeft(*view, InCell(2, 6));
+    EXPECT_EQ(view->GetVScrollPoint(), 0u);
+    ExpectUsable();
+}
+
+// What a host may do to the view while the view tells it of a selection.
+struct HookCase
+{
+    const char* name;
+    void (*act)(TestView& view);
+};
+
+class ViewHook : public ViewFaultTest, public testing::WithParamInterface<HookCase>
+{};
+
+TEST_P(ViewHook, TheHostMayChangeTheViewFromInside)
+{
+    view->AppendNumbered(0, 50);
+    Select(0, 1, 1, 2);
+    const LeakCheck leaks;
+    bool inside = false;
+    view->atSelectionChange = [this, &inside] {
+        if (!inside) {
+            inside = true;
+            GetParam().act(*view);
+            inside = false;
+        }
+    };
+    for (int round = 0; round < 3; ++round) {
+        view->AppendNumbered(0, 20);
+        Select(0, 1, 1, 5);
+        view->SelectAll();
+        Select(0, 4, 1, 3);
+    }
+    view->atSelectionChange = nullptr;
+    view->AppendNumbered(0, 50);
+    Select(0, 1, 1, 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Acts, ViewHook,
+    testing::Values(HookCase{"AppendsAPage", [](TestView& view) { view.AppendNumbered(0, 10); }},
+                    HookCase{"ReplacesAllLines", [](TestView& view) { view.AppendNumbered(0, 60); }},
+                    HookCase{"Clears", [](TestView& view) { view.Clear(); }},
+                    HookCase{"SelectsAll", [](TestView& view) { view.SelectAll(); }},
+                    HookCase{"ShrinksTheBuffer",
+                             [](TestView& view) {
+                                 view.SetBufferSize(3);
+                                 view.SetBufferSize(50);
+                             }}),
+    CaseName());
+
+// Size
+
+TEST_F(ViewFaultTest, ALineOfTenMillionCharactersIsPaintedAndCopiedLikeAnother)
+{
+    using Clock = std::chrono::steady_clock;
+    const auto timePaints = [this] {
+        const auto start = Clock::now();
+        for (int paint = 0; paint < 20; ++paint) {
+            view->Invalidate();
+            view->UpdateWindow();
+        }
+        return Clock::now() - start;
+    };
+    view->Append({std::wstring(200, L'x')});
+    Select(3, 0, 5, 0);
+    timePaints();
+    const auto shortTime = timePaints();
+
+    constexpr unsigned length = 10'000'000;
+    view->Clear();
+    view->Append({std::wstring(length - 3, L'x') + L"end"});
+    Select(3, 0, 5, 0);
+    EXPECT_LT(timePaints(), 5 * shortTime);
+    view->ScrollToPoint(0, length);
+    EXPECT_EQ(view->GetHScrollPoint(), length - columns);
+    Select(columns - 3, 0, columns - 1, 0);
+    EXPECT_LT(timePaints(), 5 * shortTime);
+    view->OnEditCopy();
+    EXPECT_EQ(ClipboardText(), L"end");
+    ::OleSetClipboard(nullptr);
+}
+
+TEST_F(ViewFaultTest, PaintsAndFontChangesLeaveNoObject)
+{
+    view->Append(std::vector<std::wstring>(rows, L"0123 \x05D0\t456789"));
+    view->SetSelectionDrawStyle(SelectionDrawStyle::Outline);
+    Select(2, 1, 5, 4);
+    const auto change = [this](int round) {
+        view->UpdateFont(YLogFont(FontOf(-10 - round % 7)));
+        for (int paint = 0; paint < 10; ++paint) {
+            view->Invalidate();
+            view->UpdateWindow();
+        }
+    };
+    for (int round = 0; round < 7; ++round) {  // the system keeps what it made of each size
+        change(round);
+    }
+    const LeakCheck leaks;
+    for (int round = 0; round < 100; ++round) {
+        change(round);
+    }
+}
+
+// A system that has run out
+
+namespace {
+
+HBITMAP WINAPI NoBitmap(HDC, int, int)
+{
+    return nullptr;
+}
+HDC WINAPI NoDeviceContext(HDC)
+{
+    return nullptr;
+}
+HFONT WINAPI NoFont(int, int, int, int, int, DWORD, DWORD, DWORD, DWORD, DWORD, DWORD, DWORD, DWORD,
+                    LPCWSTR)
+{
+    return nullptr;
+}
+HFONT WINAPI NoFontIndirect(const LOGFONTW*)
+{
+    return nullptr;
+}
+
+constexpr wchar_t framework[] = L"CommonFramework.dll";
+
+}  // namespace
+
+TEST_F(ViewFaultTest, WithoutABufferItPaintsStraight)
+{
+    view->Append({L"0123456789", L"0123456789"});
+    Select(2, 0, 4, 1);
+    const Picture whole = Shoot(Page());
+    const auto expectSame = [this, &whole] {
+        const LeakCheck leaks;
+        const int before = view->paints;
+        view->Invalidate();
+        EXPECT_EQ(Shoot(Page()), whole);
+        EXPECT_EQ(view->paints, before + 1);
+    };
+    {
+        const ImportHook hook(framework, "GDI32.dll", "CreateCompatibleBitmap", &NoBitmap);
+        expectSame();
+    }
+    {
+        const ImportHook hook(framework, "GDI32.dll", "CreateCompatibleDC", &NoDeviceContext);
+        expectSame();
+    }
+    expectSame();
+}
+
+TEST_F(ViewFaultTest, WithoutAFontItUsesTheSystems)
+{
+    view->AppendNumbered(0, 50);  // every slot of the buffer has memory now, and keeps it
+    ExpectUsable();
+    CWinThread().OnIdle(1);  // the framework's temporary objects go
+    const LeakCheck leaks;
+    {
+        const ImportHook plain(framework, "GDI32.dll", "CreateFontW", &NoFont);
+        const ImportHook indirect(framework, "GDI32.dll", "CreateFontIndirectW", &NoFontIndirect);
+        view->UpdateFontInternal();
+        EXPECT_GT(view->GetCharacterWidth(), 0.0);
+        EXPECT_GT(view->GetCharacterHeight(), 0);
+        view->Append({L"in another font"});
+        EXPECT_GT(Shoot(Page()).Count(::GetSysColor(COLOR_WINDOWTEXT)), 0);
+    }
+    view->UpdateFontInternal();
+    EXPECT_EQ(view->GetCharacterHeight(), cell.cy);
+    ExpectUsable();
+    CWinThread().OnIdle(1);
+}
+
+// Clipboard
+
+TEST_F(ViewFaultTest, ACopyThatFailsAnywhereLeavesNothingHalfDone)
+{
+    view->Append({L"first line", L"second line"});
+    Select(6, 0, 5, 1);
+    view->OnEditCopy();
+    const std::wstring copied = L"line\r\nsecond\r\n";
+    EXPECT_EQ(ClipboardText(), copied);
+    const int calls = FailEachCall([&](int call) {
+        ::OleSetClipboard(nullptr);
+        ClipboardFaults::FailAt(call);
+        EXPECT_NO_THROW(view->OnEditCopy());
+        ClipboardFaults::Stop();
+        const auto text = ClipboardText();
+        EXPECT_TRUE(text ? text == copied : ClipboardFaults::HasFailed());
+        ::OleSetClipboard(nullptr);
+    });
+    EXPECT_GE(calls, 3);  // the block, its lock, the data source
+    ExpectUsable();
+}
+
+namespace {
+
+// A window of another thread that has the clipboard open: only with a window does that keep others
+// out.
+class HeldClipboard
+{
+public:
+    HeldClipboard() : holder([this] { Hold(); })
+    {
+        while (!isHeld) {
+            std::this_thread::yield();
+        }
+    }
+    ~HeldClipboard()
+    {
+        released = true;
+        holder.join();
+    }
+
+private:
+    void Hold()
+    {
+        const HWND window = ::CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE,
+                                              nullptr, nullptr, nullptr);
+        EXPECT_TRUE(::OpenClipboard(window));
+        isHeld = true;
+        while (!released) {
+            ::Sleep(1);
+        }
+        ::CloseClipboard();
+        ::DestroyWindow(window);
+    }
+
+    std::atomic<bool> isHeld = false;
+    std::atomic<bool> released = false;
+    std::thread holder;
+};
+
+}  // namespace
+
+TEST_F(ViewFaultTest, AClipboardThatAnotherWindowHoldsStaysAsItIs)
+{
+    view->Append({L"before", L"after"});
+    Select(0, 0, 5, 0);
+    view->OnEditCopy();
+    EXPECT_EQ(ClipboardText(), L"before");
+    Select(0, 1, 4, 1);
+    for (int round = 0; round < 2; ++round) {
+        const ResourceCounts counts = CountResources();
+        {
+            const HeldClipboard held;
+            view->OnEditCopy();
+        }
+        EXPECT_EQ(ClipboardText(), L"before");
+        EXPECT_TRUE(round == 0 || CountResources() == counts);
+    }
+    view->OnEditCopy();
+    EXPECT_EQ(ClipboardText(), L"after");
+    ::OleSetClipboard(nullptr);
+}

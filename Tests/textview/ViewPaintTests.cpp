@@ -1,0 +1,304 @@
+// What the text view puts on screen, read back pixel by pixel from its window.
+
+#include "support/CaseName.h"
+#include "textview/ClipboardFaults.h"
+#include "textview/ViewFixture.h"
+
+#include <afxole.h>
+
+namespace {
+
+constexpr COLORREF red = RGB(200, 0, 0);
+
+COLORREF TextColor()
+{
+    return ::GetSysColor(COLOR_WINDOWTEXT);
+}
+COLORREF BackColor()
+{
+    return ::GetSysColor(COLOR_WINDOW);
+}
+COLORREF MarkColor()
+{
+    return ::GetSysColor(COLOR_HIGHLIGHTTEXT);
+}
+COLORREF MarkBackColor()
+{
+    return ::GetSysColor(COLOR_HIGHLIGHT);
+}
+
+// Whether the same pixels are of the one colour here and of the other there.
+bool HaveSameShape(const Picture& one, COLORREF color, const Picture& other, COLORREF otherColor,
+                   const RECT& part)
+{
+    for (int y = part.top; y < part.bottom; ++y) {
+        for (int x = part.left; x < part.right; ++x) {
+            if ((one.At(x, y) == color) != (other.At(x, y) == otherColor)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+class ViewPaintTest : public ViewTest
+{
+protected:
+    void Scribble(const RECT& part) const
+    {
+        CClientDC dc(view);
+        CBrush brush(red);
+        dc.FillRect(&part, &brush);
+    }
+    RECT Page() const { return {0, 0, columns * cell.cx, rows * cell.cy}; }
+};
+
+struct CellCase
+{
+    const char* name;
+    const wchar_t* text;
+};
+
+class ViewCells : public ViewPaintTest, public testing::WithParamInterface<CellCase>
+{};
+
+}  // namespace
+
+// Each UTF-16 unit is drawn into its own cell wherever it stands, is selected by a drag inside that
+// cell, keeps its shape when it is, and is what a copy gives.
+TEST_P(ViewCells, WhatIsDrawnIsHitAndCopied)
+{
+    const std::wstring text = GetParam().text;
+    const RECT row = Cells(0, 0, columns);
+    view->Append({text});
+    const Picture whole = Shoot(row);
+    for (int column = 0; column < static_cast<int>(text.size()); ++column) {
+        SCOPED_TRACE("column " + std::to_string(column));
+        const RECT part = Cells(column, 0);
+        Select(column, 0, column, 0);
+        const unsigned at = static_cast<unsigned>(column);
+        EXPECT_EQ(view->GetSelection(), (TestView::Selection{0, at, 0, at}));
+        view->OnEditCopy();
+        EXPECT_EQ(ClipboardText(), text.substr(at, 1));
+        const Picture marked = Shoot(row);
+        EXPECT_TRUE(Picture(*view, part).IsMadeOf(MarkColor(), MarkBackColor()));
+        EXPECT_EQ(marked.Count(MarkBackColor()), Picture(*view, part).Count(MarkBackColor()));
+        EXPECT_TRUE(HaveSameShape(whole, BackColor(), marked, MarkBackColor(), part));
+    }
+    ::OleSetClipboard(nullptr);
+    for (std::size_t column = 0; column < text.size(); ++column) {
+        SCOPED_TRACE("column " + std::to_string(column));
+        std::wstring alone(text.size(), L' ');
+        alone[column] = text[column];
+        view->Clear();
+        view->Append({alone});
+        const Picture single = Shoot(row);
+        const RECT part = Cells(static_cast<int>(column), 0);
+        EXPECT_EQ(single.CountAllBut(BackColor()),
+                  Picture(*view, part).CountAllBut(BackColor()));  // nothing beside the cell
+        EXPECT_TRUE(HaveSameShape(whole, BackColor(), single, BackColor(), part));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, ViewCells,
+                         testing::Values(CellCase{"Ascii", L"The quick_Brown fox #@|~"},
+                                         CellCase{"Latin", L"\xC4\xE9\xDF\xD8 \xAB\xBB\xAD-\x17F"},
+                                         CellCase{"Cjk", L"a\x4E2D\x6587z\x3042"},
+                                         CellCase{"Combining", L"e\x0301xo\x0308"},
+                                         CellCase{"SurrogatePair", L"a\xD83D\xDE00z"},
+                                         CellCase{"LoneSurrogates", L"\xDC00 a\xD800"},
+                                         CellCase{"Hebrew", L"ab \x05E9\x05DC\x05D5\x05DD cd"},
+                                         CellCase{"Tabs", L"a\tb\t\tc"},
+                                         CellCase{"Controls", L"a\x01\x1B[0m\x7Fz"}),
+                         CaseName());
+
+TEST_F(ViewPaintTest, LinesHaveTheColourOfTheirAttributesOnTheBackground)
+{
+    const std::vector<YTextViewBuffer::LineInfo> lines{Line(L"plain"), Line(L"alarm", &red)};
+    view->AppendLines(lines.data(), 2);
+    const Picture plain = Shoot(Cells(0, 0, columns));
+    const Picture alarm = Shoot(Cells(0, 1, columns));
+    EXPECT_TRUE(plain.IsMadeOf(TextColor(), BackColor()));
+    EXPECT_GT(plain.Count(TextColor()), 0);
+    EXPECT_TRUE(alarm.IsMadeOf(red, BackColor()));
+    EXPECT_GT(alarm.Count(red), 0);
+    EXPECT_EQ(Shoot(Cells(0, 2, columns)).CountAllBut(BackColor()), 0);
+}
+
+TEST_F(ViewPaintTest, ASelectionIsInItsColoursToTheEndOfEachLine)
+{
+    const std::vector<YTextViewBuffer::LineInfo> lines{Line(L"0123456789", &red), Line(L"01")};
+    view->AppendLines(lines.data(), 2);
+    Select(4, 0, 0, 1);
+    EXPECT_TRUE(Shoot(Cells(0, 0, 4)).IsMadeOf(red, BackColor()));
+    EXPECT_TRUE(Shoot(Cells(4, 0, 6)).IsMadeOf(MarkColor(), MarkBackColor()));
+    EXPECT_EQ(Shoot(Cells(10, 0, 5)).CountAllBut(BackColor()), 0);
+    EXPECT_TRUE(Shoot(Cells(0, 1)).IsMadeOf(MarkColor(), MarkBackColor()));
+    EXPECT_TRUE(Shoot(Cells(1, 1)).IsMadeOf(TextColor(), BackColor()));
+}
+
+TEST_F(ViewPaintTest, AnOutlineIsClosedAndLeavesTheTextItsColours)
+{
+    view->SetSelectionDrawStyle(SelectionDrawStyle::Outline);
+    view->Append({L"0123456789", L"0123456789", L"0123456789"});
+    const Picture before = Shoot(Page());
+    Select(2, 1, 4, 1);
+    const Picture after = Shoot(Page());
+    RECT box = Cells(2, 1, 3);
+    --box.right;  // from here on: the last pixels inside
+    --box.bottom;
+    int different = 0;
+    for (int y = 0; y < rows * cell.cy; ++y) {
+        for (int x = 0; x < columns * cell.cx; ++x) {
+            const bool across = (y == box.top || y == box.bottom) && x >= box.left && x <= box.right;
+            const bool down = (x == box.left || x == box.right) && y >= box.top && y <= box.bottom;
+            const COLORREF expected = across || down ? MarkBackColor() : before.At(x, y);
+            different += after.At(x, y) != expected;
+        }
+    }
+    EXPECT_EQ(different, 0);
+    view->SetSelectionDrawStyle(SelectionDrawStyle{7});  // any other value: not shown
+    EXPECT_EQ(Shoot(Page()), before);
+    EXPECT_TRUE(view->CanCopy());
+}
+
+TEST_F(ViewPaintTest, ARowThatIsPartlyVisibleIsPainted)
+{
+    view->Append(std::vector<std::wstring>(rows + 2, L"|||"));
+    view->ScrollToPoint(0, 0);
+    const RECT rest{0, rows * cell.cy, columns * cell.cx / 2, rows * cell.cy + extraHeight};
+    EXPECT_GT(Shoot(rest).Count(TextColor()), 0);
+}
+
+TEST_F(ViewPaintTest, OnlyTheInvalidPartIsPainted)
+{
+    view->Append(std::vector<std::wstring>(rows, std::wstring(columns, L'#')));
+    Select(3, 3, 6, 6);
+    const Picture whole = Shoot(Page());
+    const RECT part{3 * cell.cx + 3, 4 * cell.cy + 5, 9 * cell.cx + 1, 6 * cell.cy - 4};
+    const Picture before = Shoot(part);
+    Scribble(Page());
+    view->InvalidateRect(&part);
+    EXPECT_EQ(Shoot(part), before);
+    EXPECT_TRUE(::EqualRect(&view->lastClip, &part));
+    const int partPixels = (part.right - part.left) * (part.bottom - part.top);
+    EXPECT_EQ(Shoot(Page()).CountAllBut(red), partPixels);
+    view->Invalidate();
+    EXPECT_EQ(Shoot(Page()), whole);
+}
+
+TEST_F(ViewPaintTest, AHostMayPaintEverythingItself)
+{
+    view->Append({L"text"});
+    Shoot(Page());
+    Scribble(Page());
+    view->hostPaints = true;
+    view->Invalidate();
+    EXPECT_EQ(Shoot(Page()).CountAllBut(red), 0);
+}
+
+TEST_F(ViewPaintTest, APrintedPictureIsTheSame)
+{
+    view->Append({L"0123456789", L"0123456789"});
+    Select(2, 0, 4, 1);
+    const Picture onScreen = Shoot(Page());
+    CClientDC dc(view);
+    CBitmap bitmap;
+    ASSERT_TRUE(bitmap.CreateCompatibleBitmap(&dc, columns * cell.cx, rows * cell.cy));
+    CDC memory;
+    ASSERT_TRUE(memory.CreateCompatibleDC(&dc));
+    CBitmap* const before = memory.SelectObject(&bitmap);
+    view->SendMessage(WM_PRINTCLIENT, reinterpret_cast<WPARAM>(memory.GetSafeHdc()), PRF_CLIENT);
+    Scribble(Page());
+    dc.BitBlt(0, 0, columns * cell.cx, rows * cell.cy, &memory, 0, 0, SRCCOPY);
+    EXPECT_EQ(Picture(*view, Page()), onScreen);
+    memory.SelectObject(before);
+}
+
+// The text moves under the columns that are in view, and a line that ends left of them is empty.
+TEST_F(ViewPaintTest, ScrolledTextIsDrawnFromTheFirstVisibleColumn)
+{
+    view->Append({std::wstring(60, L' ') + L"edge", L"short"});
+    view->ScrollToPoint(0, 24);
+    EXPECT_EQ(view->GetHScrollPoint(), 24u);
+    EXPECT_EQ(Shoot(Cells(0, 0, 36)).CountAllBut(BackColor()), 0);
+    EXPECT_GT(Shoot(Cells(36, 0, 4)).Count(TextColor()), 0);
+    EXPECT_EQ(Shoot(Cells(0, 1, columns)).CountAllBut(BackColor()), 0);
+}
+
+// Repaints
+
+TEST_F(ViewPaintTest, ABurstOfOutputIsPaintedOnce)
+{
+    view->SetBufferSize(1000);
+    view->AppendNumbered(0, 100);
+    PumpMessages();
+    const int before = view->paints;
+    for (unsigned line = 0; line < 10'000; ++line) {
+        view->AppendNumbered(line, 1);
+    }
+    PumpMessages();
+    EXPECT_LE(view->paints - before, 2);
+    EXPECT_TRUE(IsNewestLineOnScreen());
+}
+
+struct LostPaintCase
+{
+    const char* name;
+    void (*lose)(CWnd& view);  // the repaint that was asked for
+    void (*restore)(CWnd& view);
+};
+
+class ViewLostPaint : public ViewPaintTest, public testing::WithParamInterface<LostPaintCase>
+{};
+
+// The view asks for one repaint at a time. When somebody takes that one away, output that goes on
+// is soon seen again.
+TEST_P(ViewLostPaint, TheNewestLineIsOnScreenInTheEnd)
+{
+    view->SetBufferSize(1000);
+    view->AppendNumbered(0, 100);
+    GetParam().lose(*view);
+    view->AppendNumbered(100, 1);
+    GetParam().restore(*view);
+    unsigned next = 101;
+    const int before = view->paints;
+    EXPECT_TRUE(PumpUntil([this, before, &next] {
+        view->AppendNumbered(next++, 1);
+        return view->paints > before;
+    }));
+    view->UpdateWindow();
+    EXPECT_TRUE(IsNewestLineOnScreen());
+}
+
+namespace {
+
+void Nothing(CWnd&) {}
+void Validate(CWnd& view)
+{
+    view.ValidateRect(nullptr);
+}
+void Hide(CWnd& view)
+{
+    view.ShowWindow(SW_HIDE);
+}
+void Show(CWnd& view)
+{
+    view.ShowWindow(SW_SHOWNA);
+}
+void RedrawOff(CWnd& view)
+{
+    view.SetRedraw(FALSE);
+}
+void RedrawOn(CWnd& view)
+{
+    view.SetRedraw(TRUE);
+}
+
+}  // namespace
+
+INSTANTIATE_TEST_SUITE_P(Ways, ViewLostPaint,
+                         testing::Values(LostPaintCase{"Validated", &Validate, &Nothing},
+                                         LostPaintCase{"Hidden", &Hide, &Show},
+                                         LostPaintCase{"RedrawOff", &RedrawOff, &RedrawOn}),
+                         CaseName());
