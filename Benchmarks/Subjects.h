@@ -1,0 +1,10 @@
+// Subjects.h: what is measured. Each function registers its benchmarks and tells the report how to
+// compare them.
+#pragma once
+
+class Report;
+
+void AddBufferSubjects(Report& report);  // BufferBenchmarks.cpp: no window
+void AddLoadSubject(Report& report);  // LoadBenchmark.cpp
+void AddPaintSubjects(Report& report);  // PaintBenchmarks.cpp
+void AddScrollSubjects(Report& report);  // ScrollBenchmarks.cpp
