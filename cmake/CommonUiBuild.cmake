@@ -22,7 +22,7 @@ add_compile_definitions(NOMINMAX WIN32_LEAN_AND_MEAN STRICT
 add_compile_options(
     "$<$<COMPILE_LANGUAGE:CXX>:-Wall;-Wextra;-Wshadow;-Woverloaded-virtual;-Wextra-semi;-Werror>"
     # This compiler finds bounds to overstep in the standard library's own growing vectors.
-    "$<$<COMPILE_LANGUAGE:CXX>:-Wno-array-bounds;-Wno-stringop-overflow>"
+    "$<$<COMPILE_LANGUAGE:CXX>:-Wno-array-bounds>"
     "$<$<COMPILE_LANGUAGE:CXX>:-fno-omit-frame-pointer;-fstack-protector-strong>"
     # The trap needs no run-time library, which this toolchain lacks.
     "$<$<AND:$<COMPILE_LANGUAGE:CXX>,$<CONFIG:Debug>>:-fsanitize=undefined;-fsanitize-undefined-trap-on-error>"

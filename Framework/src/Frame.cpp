@@ -88,10 +88,9 @@ BOOL CFrameWnd::Create(LPCTSTR lpszClassName, LPCTSTR lpszWindowName, DWORD dwSt
     }
     m_strTitle = lpszWindowName;
     const HWND parent = pParentWnd != nullptr ? pParentWnd->GetSafeHwnd() : nullptr;
-    const bool created =
-        CreateEx(dwExStyle, lpszClassName, lpszWindowName, dwStyle, rect.left, rect.top,
-                 Subtract(rect.right, rect.left), Subtract(rect.bottom, rect.top), parent, menu,
-                 pContext) != FALSE;
+    const bool created = CreateEx(dwExStyle, lpszClassName, lpszWindowName, dwStyle, rect.left,
+                                  rect.top, Subtract(rect.right, rect.left),
+                                  Subtract(rect.bottom, rect.top), parent, menu, pContext) != FALSE;
     if (!created && menu != nullptr) {
         ::DestroyMenu(menu);  // fails quietly where the dying window took the menu with it
     }

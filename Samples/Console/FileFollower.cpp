@@ -2,7 +2,10 @@
 
 #include "LineRules.h"
 
+#include <process.h>
+
 #include <algorithm>
+#include <mutex>
 #include <new>
 #include <utility>
 
@@ -12,7 +15,7 @@ constexpr DWORD chunkSize = 1u << 20;  // bytes a read
 constexpr std::size_t sliceSize = 1u << 16;  // bytes decoded before the batch is looked at
 constexpr unsigned batchLines = 8192;
 constexpr std::size_t batchCharacters = 1u << 20;
-constexpr std::chrono::milliseconds pollTime{250};
+constexpr DWORD pollTime = 250;  // milliseconds
 
 constexpr std::wstring_view truncatedNotice = L"--- The file has become shorter: read again ---";
 constexpr std::wstring_view replacedNotice = L"--- The file has been replaced: its successor ---";
@@ -30,6 +33,13 @@ bool IsSameFile(HANDLE left, HANDLE right)
            first.nFileIndexLow == second.nFileIndexLow;
 }
 
+bool IsDeletePending(HANDLE file)
+{
+    FILE_STANDARD_INFO info{};
+    return ::GetFileInformationByHandleEx(file, FileStandardInfo, &info, sizeof info) &&
+           info.DeletePending;
+}
+
 ULONGLONG GetSize(HANDLE file)
 {
     LARGE_INTEGER size{};
@@ -39,11 +49,15 @@ ULONGLONG GetSize(HANDLE file)
 }  // namespace
 
 FileFollower::FileFollower(std::wstring filePath, bool follow, HWND window, UINT message)
-    : path(std::move(filePath)),
-      queue(window, message),
-      following(follow),
-      worker([this] { Run(); })
-{}
+    : path(std::move(filePath)), queue(window, message), following(follow)
+{
+    // By the run time itself: a std::thread of this tool chain may leave a handle behind.
+    worker.Reset(
+        reinterpret_cast<HANDLE>(::_beginthreadex(nullptr, 0, &RunThread, this, 0, nullptr)));
+    if (!worker) {
+        throw std::bad_alloc();
+    }
+}
 
 FileFollower::~FileFollower()
 {
@@ -68,9 +82,16 @@ void FileFollower::SetFollowing(bool on)
 void FileFollower::Stop()
 {
     queue.Stop();
-    if (worker.joinable()) {
-        worker.join();
+    if (worker) {
+        ::WaitForSingleObject(worker.Get(), INFINITE);
+        worker.Reset();
     }
+}
+
+unsigned FileFollower::RunThread(void* follower)
+{
+    static_cast<FileFollower*>(follower)->Run();
+    return 0;
 }
 
 // The error is told without any memory: there may be none left.
@@ -93,7 +114,7 @@ DWORD FileFollower::Follow()
 {
     DWORD error = Open(file);
     while (error == ERROR_SUCCESS && !queue.IsStopped()) {
-        error = ReadToEnd();
+        error = file ? ReadToEnd() : ERROR_SUCCESS;
         if (error == ERROR_SUCCESS && successor) {
             StartOver(replacedNotice);
             file = std::move(successor);
@@ -142,37 +163,46 @@ DWORD FileFollower::ReadToEnd()
 // Until there is something to read, or the end of all.
 DWORD FileFollower::AwaitChange()
 {
-    constexpr std::chrono::hours untilPoked{1};
     for (;;) {
         bool polls = false;
         {
             const std::lock_guard lock(mutex);
             polls = following;
         }
-        if (!queue.Sleep(polls ? pollTime : untilPoked)) {
+        if (!queue.Sleep(polls ? pollTime : INFINITE)) {
             return ERROR_SUCCESS;
         }
         if (!polls) {
             continue;
         }
-        const ULONGLONG size = GetSize(file.Get());
-        if (size < bytesRead) {
-            StartOver(truncatedNotice);
-            const LARGE_INTEGER start{};
-            return ::SetFilePointerEx(file.Get(), start, nullptr, FILE_BEGIN) ? ERROR_SUCCESS
-                                                                              : ::GetLastError();
+        const ULONGLONG size = file ? GetSize(file.Get()) : 0;
+        if (file && size < bytesRead) {
+            return ReadAgain();
         }
         if (size > bytesRead || LooksReplaced()) {
             return ERROR_SUCCESS;
         }
+        // While we hold a deleted file, nobody could make another of its name.
+        if (file && IsDeletePending(file.Get())) {
+            file.Reset();
+            bytesRead = 0;
+        }
     }
+}
+
+DWORD FileFollower::ReadAgain()
+{
+    StartOver(truncatedNotice);
+    const LARGE_INTEGER start{};
+    return ::SetFilePointerEx(file.Get(), start, nullptr, FILE_BEGIN) ? ERROR_SUCCESS
+                                                                      : ::GetLastError();
 }
 
 // What was written to the file between its last read and its renaming is still to be read.
 bool FileFollower::LooksReplaced()
 {
     UniqueFile named;
-    if (Open(named) != ERROR_SUCCESS || IsSameFile(file.Get(), named.Get())) {
+    if (Open(named) != ERROR_SUCCESS || (file && IsSameFile(file.Get(), named.Get()))) {
         return false;
     }
     successor = std::move(named);

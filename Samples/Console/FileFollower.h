@@ -3,6 +3,7 @@
 
 #include "LineDecoder.h"
 #include "LineQueue.h"
+#include "WorkerLock.h"
 
 #include <YUniqueHandle.h>
 
@@ -10,11 +11,9 @@
 
 #include <cstddef>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <vector>
 
 struct FileHandleTraits
@@ -24,6 +23,14 @@ struct FileHandleTraits
     static void Close(Handle file) noexcept { ::CloseHandle(file); }
 };
 using UniqueFile = YUniqueHandle<FileHandleTraits>;
+
+struct ThreadHandleTraits
+{
+    using Handle = HANDLE;
+    static Handle Invalid() noexcept { return nullptr; }
+    static void Close(Handle thread) noexcept { ::CloseHandle(thread); }
+};
+using UniqueThread = YUniqueHandle<ThreadHandleTraits>;
 
 // How far a follower has come.
 struct FollowerState
@@ -51,7 +58,7 @@ class FileFollower
 public:
     static constexpr std::size_t unfinishedLength = 1u << 16;  // characters shown
 
-    // follow: not only what the file has now.
+    // follow: not only what the file has now. Throws std::bad_alloc where no thread can be made.
     FileFollower(std::wstring path, bool follow, HWND window, UINT message);
     ~FileFollower();
     FileFollower(const FileFollower&) = delete;
@@ -70,11 +77,13 @@ public:
 
 private:
     // On the worker.
+    static unsigned __stdcall RunThread(void* follower);
     void Run() noexcept;
     DWORD Follow();
     DWORD Open(UniqueFile& opened) const;
     DWORD ReadToEnd();
     DWORD AwaitChange();
+    DWORD ReadAgain();
     bool LooksReplaced();
     void StartOver(std::wstring_view notice);
     void DecodeChunk(std::size_t count);
@@ -86,12 +95,12 @@ private:
 
     const std::wstring path;
     LineQueue queue;
-    mutable std::mutex mutex;  // guards the state
+    mutable WorkerLock mutex;  // guards the state
     FollowerState state;
     bool following;  // guarded as well
 
     // The worker's own.
-    UniqueFile file;
+    UniqueFile file;  // none: deleted, its name is waited for
     UniqueFile successor;  // has taken the file's name; read once the file is at its end
     std::vector<unsigned char> chunk;
     std::optional<LineDecoder> decoder;  // none before the first bytes have told the encoding
@@ -100,5 +109,5 @@ private:
     ULONGLONG bytesRead = 0;  // of this file
     std::size_t unfinishedTold = 0;  // characters of the unfinished line that were delivered
 
-    std::thread worker;  // the last member: it runs while all the others live
+    UniqueThread worker;  // null: has been stopped
 };

@@ -1,11 +1,12 @@
 #include "LineQueue.h"
 
+#include <mutex>
 #include <utility>
 
 namespace {
 
 // A wake that could not be posted (the window's message queue was full) is tried again.
-constexpr std::chrono::milliseconds retryTime{250};
+constexpr DWORD retryTime = 250;  // milliseconds
 
 }  // namespace
 
@@ -18,7 +19,7 @@ LineQueue::LineQueue(HWND readerWindow, UINT wakeMessage)
 
 std::unique_ptr<LineNews> LineQueue::GetEmpty()
 {
-    std::unique_lock lock(mutex);
+    const std::lock_guard lock(mutex);
     while (!stopped) {
         if (!empty.empty()) {
             std::unique_ptr<LineNews> news = std::move(empty.back());
@@ -31,7 +32,7 @@ std::unique_ptr<LineNews> LineQueue::GetEmpty()
             return news;
         }
         WakeReader();
-        changed.wait_for(lock, retryTime);
+        changed.Wait(mutex, retryTime);
     }
     return nullptr;
 }
@@ -49,13 +50,13 @@ void LineQueue::Wake()
     WakeReader();
 }
 
-bool LineQueue::Sleep(std::chrono::milliseconds time)
+bool LineQueue::Sleep(DWORD milliseconds)
 {
-    std::unique_lock lock(mutex);
+    const std::lock_guard lock(mutex);
     if (!full.empty()) {
         WakeReader();
     }
-    changed.wait_for(lock, time, [this] { return poked || stopped; });
+    while (!poked && !stopped && changed.Wait(mutex, milliseconds)) {}
     poked = false;
     return !stopped;
 }
@@ -84,21 +85,21 @@ void LineQueue::GiveBack(std::unique_ptr<LineNews> news)
     news->endsUnfinished = false;
     const std::lock_guard lock(mutex);
     empty.push_back(std::move(news));
-    changed.notify_one();
+    changed.Notify();
 }
 
 void LineQueue::Poke()
 {
     const std::lock_guard lock(mutex);
     poked = true;
-    changed.notify_one();
+    changed.Notify();
 }
 
 void LineQueue::Stop()
 {
     const std::lock_guard lock(mutex);
     stopped = true;
-    changed.notify_one();
+    changed.Notify();
 }
 
 void LineQueue::WakeReader()

@@ -2,13 +2,11 @@
 #pragma once
 
 #include "LineBatch.h"
+#include "WorkerLock.h"
 
 #include <windows.h>
 
-#include <chrono>
-#include <condition_variable>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 // One delivery.
@@ -38,7 +36,7 @@ public:
     // Tells the reader that something other than lines has changed.
     void Wake();
     // Sleeps until Poke, Stop or the end of the time. False: stopped.
-    bool Sleep(std::chrono::milliseconds time);
+    bool Sleep(DWORD milliseconds);
     bool IsStopped() const;
 
     // The reader's side. Null: there is none now, and the next one will wake the window.
@@ -52,8 +50,8 @@ private:
 
     const HWND window;
     const UINT message;
-    mutable std::mutex mutex;  // guards all below
-    std::condition_variable changed;
+    mutable WorkerLock mutex;  // guards all below
+    WorkerCondition changed;
     std::vector<std::unique_ptr<LineNews>> full;  // the oldest first
     std::vector<std::unique_ptr<LineNews>> empty;
     unsigned made = 0;

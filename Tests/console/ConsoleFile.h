@@ -29,14 +29,11 @@ public:
     ConsoleFile& operator=(const ConsoleFile&) = delete;
 
     std::wstring GetPath() const { return path.wstring(); }
+    bool Exists() const { return std::filesystem::exists(path); }
     void Write(std::string_view text) { Put(text, std::ios::trunc); }  // in place
     void Append(std::string_view text) { Put(text, std::ios::app); }
     void Delete() { std::filesystem::remove(path); }
-    void Rotate(std::string_view text)
-    {
-        std::filesystem::rename(path, GetRotatedPath());
-        Write(text);
-    }
+    void MoveAway() { std::filesystem::rename(path, GetRotatedPath()); }
 
 private:
     std::filesystem::path GetRotatedPath() const { return path.wstring() + L".1"; }

@@ -10,6 +10,7 @@
 
 #include <afxole.h>
 #include <gtest/gtest.h>
+#include <textview/YClipboard.h>
 
 #include <algorithm>
 #include <string>
@@ -37,7 +38,12 @@ std::string MakeLines(unsigned first, unsigned count)
 class ConsoleTest : public testing::Test
 {
 protected:
-    static void SetUpTestSuite() { ASSERT_TRUE(::AfxOleInit()); }
+    static void SetUpTestSuite()
+    {
+        ASSERT_TRUE(::AfxOleInit());
+        YCopyTextToClipboard(L"");  // OLE makes a window for it, once
+        COleDataSource::FlushClipboard();
+    }
     static void TearDownTestSuite() { ::AfxOleTerm(); }
 
     void Start(const ConsoleOptions& options = {})
@@ -264,7 +270,17 @@ TEST_F(ConsoleTest, PrintsWhatItPaints)
     memory.SelectObject(previous);
 }
 
-// Longest: of handling one message.
+// Handles one message, where there is one; the milliseconds that it took.
+ULONGLONG PumpOne()
+{
+    const ULONGLONG start = ::GetTickCount64();
+    MSG message;
+    if (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        ::DispatchMessageW(&message);
+    }
+    return ::GetTickCount64() - start;
+}
+
 TEST_F(ConsoleTest, AnswersWhileALargeFileLoadsAndEscapeCancels)
 {
     constexpr unsigned lines = 400'000;
@@ -274,18 +290,16 @@ TEST_F(ConsoleTest, AnswersWhileALargeFileLoadsAndEscapeCancels)
     unsigned slow = 0;
     const ULONGLONG limit = ::GetTickCount64() + 60'000;
     do {
-        const ULONGLONG start = ::GetTickCount64();
-        MSG message;
-        if (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-            ::DispatchMessageW(&message);
-        }
-        slow += ::GetTickCount64() - start > 50;
+        slow += PumpOne() > 50;
     } while (frame->IsLoading() && ::GetTickCount64() < limit);
     EXPECT_LE(slow, 2u);  // the machine has other work, too
     EXPECT_EQ(CountLines(View()), 100'000u);
 
     Command(ID_FILE_RELOAD);
-    ASSERT_TRUE(PumpUntil([&] { return CountLines(View()) < 100'000 && CountLines(View()) > 0; }));
+    while (CountLines(View()) == 100'000 && ::GetTickCount64() < limit) {
+        PumpOne();
+    }
+    ASSERT_TRUE(frame->IsLoading());
     Command(ID_FILE_CANCEL);
     EXPECT_FALSE(frame->IsLoading());
     EXPECT_EQ(View().GetBuffer().GetLineInfo(CountLines(View()) - 1).attributes,

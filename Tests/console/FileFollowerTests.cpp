@@ -8,6 +8,7 @@
 #include <afxwin.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <optional>
 #include <string>
 #include <vector>
@@ -113,7 +114,8 @@ TEST_F(FileFollowerTest, GoesOnWithTheSuccessorAfterTheRestOfTheOld)
     ASSERT_TRUE(Shows({L"one"}));
     file.Append("last");
     using namespace std::string_view_literals;
-    file.Rotate("\xFF\xFEn\0e\0w\0\n\0"sv);
+    file.MoveAway();
+    file.Write("\xFF\xFEn\0e\0w\0\n\0"sv);
     ASSERT_TRUE(Shows({L"one", L"last", L"notice", L"new"}));
     EXPECT_EQ(follower->GetState().encoding, TextEncoding::Utf16LittleEndian);
 }
@@ -123,12 +125,36 @@ TEST_F(FileFollowerTest, WaitsForANameThatIsGone)
     file.Write("one\n");
     Start();
     ASSERT_TRUE(Shows({L"one"}));
-    file.Delete();
+    file.MoveAway();
     const ULONGLONG later = ::GetTickCount64() + 600;  // over two looks at the name
     ASSERT_TRUE(PumpUntil([&] { return ::GetTickCount64() >= later; }));
     EXPECT_FALSE(follower->GetState().ended);
     file.Write("new\n");
     EXPECT_TRUE(Shows({L"one", L"notice", L"new"}));
+}
+
+// The system under the tests does not tell of a deletion that waits for our handle.
+std::atomic<bool> isDeleted;
+
+BOOL WINAPI ReportDeletion(HANDLE, FILE_INFO_BY_HANDLE_CLASS, void* info, DWORD)
+{
+    static_cast<FILE_STANDARD_INFO*>(info)->DeletePending = isDeleted.exchange(false);
+    return TRUE;
+}
+
+TEST_F(FileFollowerTest, LetsGoOfADeletedFileSoThatAnotherCanTakeItsName)
+{
+    isDeleted = false;
+    const ImportHook hook(nullptr, "kernel32.dll", "GetFileInformationByHandleEx", &ReportDeletion);
+    file.Write("one\n");
+    Start();
+    ASSERT_TRUE(Shows({L"one"}));
+    file.Delete();
+    isDeleted = true;
+    ASSERT_TRUE(PumpUntil([&] { return !file.Exists(); }));
+    file.Write("new\n");
+    EXPECT_TRUE(Shows({L"one", L"notice", L"new"}));
+    follower.reset();  // before the hook goes
 }
 
 TEST_F(FileFollowerTest, ShowsNothingNewWhileItDoesNotFollow)
@@ -151,7 +177,6 @@ TEST_F(FileFollowerTest, TellsWhyAFileCannotBeRead)
     EXPECT_FALSE(follower->Take());
 }
 
-// An emptied file is news, too.
 TEST_F(FileFollowerTest, OpensAnEmptyFile)
 {
     file.Write("");
@@ -233,7 +258,7 @@ TEST_F(FileFollowerTest, WakesAgainWhenTheMessageCouldNotBePosted)
     const ImportHook hook(nullptr, "user32.dll", "PostMessageW", &CountPost);
     LineQueue queue(window.m_hWnd, newsMessage);
     queue.Put(queue.GetEmpty());
-    EXPECT_TRUE(queue.Sleep(std::chrono::milliseconds(1)));
+    EXPECT_TRUE(queue.Sleep(1));
     EXPECT_EQ(posts, 2u);
 }
 

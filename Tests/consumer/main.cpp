@@ -1,26 +1,18 @@
-// The smallest host: shows lines in a text view, selects them and reads back what it would copy.
-#include <textview/YTextView.h>
+// The smallest host: shows lines in the view of the README, selects them, and looks at the result.
+#include "LogView.h"
 
 #include <cstdio>
 #include <string>
 
 namespace {
 
-class HostView : public YTextView
+bool ShowLines(LogView& view)
 {
-public:
-    using YTextViewBase::SelectAll;
-};
-
-bool ShowLines(HostView& view)
-{
-    std::vector<YTextViewBuffer::LineInfo> lines(100);
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        const std::wstring text = L"line " + std::to_wstring(i + 1);
-        lines[i].text.assign(text.begin(), text.end());
-    }
+    static const COLORREF red = RGB(192, 0, 0);
     view.SetBufferSize(10);
-    view.AppendLines(lines.data(), static_cast<unsigned>(lines.size()));
+    for (int i = 1; i <= 100; ++i) {
+        view.Show(L"line " + std::to_wstring(i), i % 10 == 0 ? &red : nullptr);
+    }
     view.SelectAll();
     return view.GetBuffer().GetLineCount() == 10 && view.CanCopy() &&
            view.GetHighlight()->GetEnd() == YTextViewCharPosition(7, 9);
@@ -35,7 +27,7 @@ int main()
     }
     auto* frame = new CFrameWnd;  // deletes itself with its window, as the view does
     frame->Create(nullptr, L"Consumer", WS_OVERLAPPEDWINDOW, CRect(0, 0, 400, 300));
-    auto* view = new HostView;
+    auto* view = new LogView;
     if (!view->Create(nullptr, nullptr, WS_CHILD | WS_VISIBLE, CRect(0, 0, 380, 260), frame, 100)) {
         return 3;
     }
