@@ -74,7 +74,12 @@ LONG CALLBACK OnException(EXCEPTION_POINTERS* exception)
     // One past the instruction, as a return address would be: readers subtract one.
     PrintFrame(0,
                reinterpret_cast<std::uintptr_t>(exception->ExceptionRecord->ExceptionAddress) + 1);
-    PrintFrames(1, exception->ContextRecord->Ebp);
+    unsigned number = 1;
+    if (exception->ContextRecord->Eip < 0x10000) {  // called through null: the caller is on top
+        PrintFrame(number++,
+                   *reinterpret_cast<const std::uintptr_t*>(exception->ContextRecord->Esp));
+    }
+    PrintFrames(number, exception->ContextRecord->Ebp);
     End();
 }
 

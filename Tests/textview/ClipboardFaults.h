@@ -84,10 +84,7 @@ private:
         blocks.erase(std::remove(blocks.begin(), blocks.end(), block), blocks.end());
         return ::GlobalFree(block);
     }
-    static void* AllocMemory(std::size_t size)
-    {
-        return IsFailing() ? nullptr : realMalloc(size);
-    }
+    static void* AllocMemory(std::size_t size) { return IsFailing() ? nullptr : realMalloc(size); }
 
     static inline int untilFailure = 0;  // calls; 0: none fails
     static inline bool failed = false;

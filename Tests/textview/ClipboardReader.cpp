@@ -16,8 +16,7 @@ int main()
     std::string bytes;
     if (text) {
         // The size counts the terminator, which string writes itself.
-        const int size =
-            ::WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
+        const int size = ::WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
         bytes.resize(static_cast<std::size_t>(size) - 1);
         ::WideCharToMultiByte(CP_UTF8, 0, text, -1, bytes.data(), size, nullptr, nullptr);
         ::GlobalUnlock(block);

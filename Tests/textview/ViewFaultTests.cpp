@@ -16,8 +16,6 @@ namespace {
 class ViewFaultTest : public ViewTest
 {
 protected:
-    RECT Page() const { return {0, 0, columns * cell.cx, rows * cell.cy}; }
-
     // The texts of the first and the last selected line.
     std::pair<std::wstring, std::wstring> SelectedLines() const
     {
@@ -41,15 +39,6 @@ protected:
         ::OleSetClipboard(nullptr);
     }
 };
-
-LOGFONTW FontOf(int height)
-{
-    LOGFONTW font{};
-    font.lfHeight = height;
-    font.lfCharSet = DEFAULT_CHARSET;
-    std::wcscpy(font.lfFaceName, L"Courier New");
-    return font;
-}
 
 }  // namespace
 
@@ -105,8 +94,8 @@ TEST_P(ViewDrop, BothEndsStayWithTheirText)
         }
         Do(step);
     }
-    EXPECT_EQ(SelectedLines(), std::make_pair(std::wstring(GetParam().first),
-                                              std::wstring(GetParam().last)));
+    EXPECT_EQ(SelectedLines(),
+              std::make_pair(std::wstring(GetParam().first), std::wstring(GetParam().last)));
     view->AppendNumbered(200, 50);
     EXPECT_EQ(view->GetSelection(), std::nullopt);
     EXPECT_FALSE(view->CanCopy());
@@ -182,7 +171,8 @@ TEST_P(ViewHook, TheHostMayChangeTheViewFromInside)
 INSTANTIATE_TEST_SUITE_P(
     Acts, ViewHook,
     testing::Values(HookCase{"AppendsAPage", [](TestView& view) { view.AppendNumbered(0, 10); }},
-                    HookCase{"ReplacesAllLines", [](TestView& view) { view.AppendNumbered(0, 60); }},
+                    HookCase{"ReplacesAllLines",
+                             [](TestView& view) { view.AppendNumbered(0, 60); }},
                     HookCase{"Clears", [](TestView& view) { view.Clear(); }},
                     HookCase{"SelectsAll", [](TestView& view) { view.SelectAll(); }},
                     HookCase{"ShrinksTheBuffer",
@@ -197,28 +187,30 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(ViewFaultTest, ALineOfTenMillionCharactersIsPaintedAndCopiedLikeAnother)
 {
     using Clock = std::chrono::steady_clock;
-    const auto timePaints = [this] {
-        const auto start = Clock::now();
+    const auto bestPaint = [this] {
+        auto best = Clock::duration::max();
         for (int paint = 0; paint < 20; ++paint) {
+            const auto start = Clock::now();
             view->Invalidate();
             view->UpdateWindow();
+            best = std::min(best, Clock::now() - start);
         }
-        return Clock::now() - start;
+        return best;
     };
     view->Append({std::wstring(200, L'x')});
     Select(3, 0, 5, 0);
-    timePaints();
-    const auto shortTime = timePaints();
+    const auto shortTime = bestPaint();
 
     constexpr unsigned length = 10'000'000;
     view->Clear();
     view->Append({std::wstring(length - 3, L'x') + L"end"});
+    EXPECT_LT(bestPaint(), 5 * shortTime);
     Select(3, 0, 5, 0);
-    EXPECT_LT(timePaints(), 5 * shortTime);
+    EXPECT_LT(bestPaint(), 5 * shortTime);
     view->ScrollToPoint(0, length);
     EXPECT_EQ(view->GetHScrollPoint(), length - columns);
     Select(columns - 3, 0, columns - 1, 0);
-    EXPECT_LT(timePaints(), 5 * shortTime);
+    EXPECT_LT(bestPaint(), 5 * shortTime);
     view->OnEditCopy();
     EXPECT_EQ(ClipboardText(), L"end");
     ::OleSetClipboard(nullptr);
@@ -230,7 +222,7 @@ TEST_F(ViewFaultTest, PaintsAndFontChangesLeaveNoObject)
     view->SetSelectionDrawStyle(SelectionDrawStyle::Outline);
     Select(2, 1, 5, 4);
     const auto change = [this](int round) {
-        view->UpdateFont(YLogFont(FontOf(-10 - round % 7)));
+        view->UpdateFont(YLogFont(FontOf(L"Courier New", -10 - round % 7)));
         for (int paint = 0; paint < 10; ++paint) {
             view->Invalidate();
             view->UpdateWindow();
@@ -278,10 +270,9 @@ TEST_F(ViewFaultTest, WithoutABufferItPaintsStraight)
     const Picture whole = Shoot(Page());
     const auto expectSame = [this, &whole] {
         const LeakCheck leaks;
-        const int before = view->paints;
+        Scribble(RGB(200, 0, 0));
         view->Invalidate();
         EXPECT_EQ(Shoot(Page()), whole);
-        EXPECT_EQ(view->paints, before + 1);
     };
     {
         const ImportHook hook(framework, "GDI32.dll", "CreateCompatibleBitmap", &NoBitmap);

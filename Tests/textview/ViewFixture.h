@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <cwchar>
 #include <functional>
 #include <optional>
 #include <string>
@@ -74,8 +75,8 @@ public:
 protected:
     void OnDraw(CDC* dc) override
     {
-        ++paints;
         dc->GetClipBox(&lastClip);
+        paints += ::IsRectEmpty(&lastClip) == FALSE;  // else a paint of the frame alone
         YTextView::OnDraw(dc);
     }
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
@@ -143,6 +144,15 @@ public:
     std::vector<int> wheels;
     std::vector<unsigned> synced;
 };
+
+inline LOGFONTW FontOf(const wchar_t* face, int height)
+{
+    LOGFONTW font{};
+    font.lfHeight = height;
+    font.lfCharSet = DEFAULT_CHARSET;
+    std::wcscpy(font.lfFaceName, face);
+    return font;
+}
 
 // The pixels of a part of a window's client area, as they are on screen.
 class Picture
@@ -268,9 +278,26 @@ protected:
         SendMouse(WM_LBUTTONUP, InCell(toColumn, toRow, cell.cx - 1));
     }
 
+    void UseFont(const wchar_t* face, int height)
+    {
+        view->UpdateFont(YLogFont(FontOf(face, height)));
+        cell = {static_cast<int>(view->GetCharacterWidth()), view->GetCharacterHeight()};
+    }
+
+    // The whole cells without scroll bars.
+    RECT Page() const { return {0, 0, columns * cell.cx, rows * cell.cy}; }
     RECT Cells(int column, int row, int count = 1) const
     {
         return {column * cell.cx, row * cell.cy, (column + count) * cell.cx, (row + 1) * cell.cy};
+    }
+
+    // As if another window had been over it.
+    void Scribble(COLORREF color) const
+    {
+        CClientDC dc(view);
+        CBrush brush(color);
+        const RECT page = Page();
+        dc.FillRect(&page, &brush);
     }
 
     // Paints now if anything is to be painted.
@@ -280,12 +307,12 @@ protected:
         return Picture(*view, part);
     }
 
-    // The newest line is painted where it belongs; the last page must be in view.
-    bool IsNewestLineOnScreen() const
+    // What is on screen is what a repaint of everything gives. Repaints.
+    bool IsScreenUpToDate() const
     {
-        const unsigned row = view->GetBuffer().GetLineCount() - 1 - view->GetVScrollPoint();
-        return Picture(*view, Cells(0, static_cast<int>(row)))
-                   .CountAllBut(::GetSysColor(COLOR_WINDOW)) > 0;
+        const Picture seen(*view, Page());
+        view->Invalidate();
+        return Shoot(Page()) == seen;
     }
 
     CFrameWnd* frame = nullptr;

@@ -184,21 +184,20 @@ TEST_P(ViewScroll, GoesWhereTheCodeLeads)
 }
 
 // The system clamps positions to the last page: 90 lines down, 60 columns right.
-INSTANTIATE_TEST_SUITE_P(
-    Codes, ViewScroll,
-    testing::Values(ScrollCase{"LineUp", SB_LINEUP, 50, 49, 49},
-                    ScrollCase{"LineUpAtTheTop", SB_LINEUP, 0, 0, 0},
-                    ScrollCase{"LineDown", SB_LINEDOWN, 50, 51, 51},
-                    ScrollCase{"LineDownAtTheEnd", SB_LINEDOWN, 95, 90, 60},
-                    ScrollCase{"PageUp", SB_PAGEUP, 50, 40, 10},
-                    ScrollCase{"PageUpNearTheTop", SB_PAGEUP, 9, 0, 0},
-                    ScrollCase{"PageDown", SB_PAGEDOWN, 20, 30, 60},
-                    ScrollCase{"PageDownNearTheEnd", SB_PAGEDOWN, 85, 90, 60},
-                    ScrollCase{"Top", SB_TOP, 50, 0, 50},
-                    ScrollCase{"Bottom", SB_BOTTOM, 50, 90, 50},
-                    ScrollCase{"EndScroll", SB_ENDSCROLL, 50, 50, 50},
-                    ScrollCase{"AnotherCode", 77, 50, 7, 7}),
-    CaseName());
+INSTANTIATE_TEST_SUITE_P(Codes, ViewScroll,
+                         testing::Values(ScrollCase{"LineUp", SB_LINEUP, 50, 49, 49},
+                                         ScrollCase{"LineUpAtTheTop", SB_LINEUP, 0, 0, 0},
+                                         ScrollCase{"LineDown", SB_LINEDOWN, 50, 51, 51},
+                                         ScrollCase{"LineDownAtTheEnd", SB_LINEDOWN, 95, 90, 60},
+                                         ScrollCase{"PageUp", SB_PAGEUP, 50, 40, 10},
+                                         ScrollCase{"PageUpNearTheTop", SB_PAGEUP, 9, 0, 0},
+                                         ScrollCase{"PageDown", SB_PAGEDOWN, 20, 30, 60},
+                                         ScrollCase{"PageDownNearTheEnd", SB_PAGEDOWN, 85, 90, 60},
+                                         ScrollCase{"Top", SB_TOP, 50, 0, 50},
+                                         ScrollCase{"Bottom", SB_BOTTOM, 50, 90, 50},
+                                         ScrollCase{"EndScroll", SB_ENDSCROLL, 50, 50, 50},
+                                         ScrollCase{"AnotherCode", 77, 50, 7, 7}),
+                         CaseName());
 
 // The message carries 16 bits of the position; the view asks for the rest.
 TEST_F(ViewTest, TheThumbReachesEveryOfAHundredThousandLines)
@@ -362,6 +361,12 @@ TEST_F(LinkedViewTest, TheOtherViewShowsTheSameSelection)
     EXPECT_EQ(other->GetSelection(), std::nullopt);
     other->SelectAll();
     EXPECT_EQ(view->GetSelection(), (Selection{0, 0, 1, 9}));
+    MovePointer(*view, InCell(3, 0));
+    SendTogether({KeyInput(VK_MENU), ButtonInput(MOUSEEVENTF_LEFTDOWN)});
+    ReleaseLeft(*view, InCell(6, 1));
+    SendTogether({KeyInput(VK_MENU, KEYEVENTF_KEYUP)});
+    EXPECT_EQ(other->GetSelection(), (Selection{0, 3, 1, 6}));
+    EXPECT_TRUE(other->IsColumnSelect());
 }
 
 TEST_F(LinkedViewTest, ClickClearAndFontGoToBoth)
@@ -380,11 +385,7 @@ TEST_F(LinkedViewTest, ClickClearAndFontGoToBoth)
     appendBoth(0, 30);
     EXPECT_EQ(other->GetVScrollPoint(), 20u);
 
-    LOGFONTW font{};
-    font.lfHeight = -24;
-    font.lfCharSet = DEFAULT_CHARSET;
-    std::wcscpy(font.lfFaceName, L"Courier New");
-    other->UpdateFont(YLogFont(font));
+    other->UpdateFont(YLogFont(FontOf(L"Courier New", -24)));
     EXPECT_GT(view->GetCharacterHeight(), cell.cy);
     EXPECT_EQ(view->GetCharacterHeight(), other->GetCharacterHeight());
     EXPECT_EQ(view->GetCharacterWidth(), other->GetCharacterWidth());

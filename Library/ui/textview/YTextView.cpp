@@ -511,3 +511,13 @@ BOOL YTextView::PreTranslateMessage(MSG* message)
     }
     return TBCGPInternalScrollBarWrapperWnd<CView>::PreTranslateMessage(message);
 }
+
+// The host has switched drawing off or on, and the system has dropped what was to be repainted: no
+// promise is outstanding (test: TheNewestLineIsOnScreenInTheEnd).
+LRESULT YTextView::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_SETREDRAW) {
+        repaintPending = false;
+    }
+    return TBCGPInternalScrollBarWrapperWnd<CView>::WindowProc(message, wParam, lParam);
+}

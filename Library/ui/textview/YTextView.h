@@ -52,6 +52,7 @@ protected:
 
     void OnDraw(CDC* dc) override;
     BOOL PreTranslateMessage(MSG* message) override;
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
     // The brush that the window is cleared with; false: the host paints everything itself.
     virtual bool GetBackgroundBrush(CBrush& brush) const;
 
