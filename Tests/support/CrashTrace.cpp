@@ -15,6 +15,8 @@
 
 namespace {
 
+constexpr unsigned maxFrames = 64;
+
 // The process may be in any state: no allocation, no C run-time streams.
 void Write(const char* text)
 {
@@ -37,21 +39,63 @@ void PrintFrame(unsigned number, std::uintptr_t address)
     Write(line);
 }
 
-// Follows the saved frame pointers; our modules keep them in every build.
-void PrintFrames(unsigned number, std::uintptr_t frame)
+// Follows the saved frame pointers, which our modules keep in every build. Returns how many frames
+// there are now.
+unsigned PrintFrames(unsigned number, std::uintptr_t frame)
 {
     const auto end = reinterpret_cast<std::uintptr_t>(GetThreadBlock()->StackBase);
-    while (number < 64 && frame % 4 == 0 && frame + 8 <= end && frame > 0x10000) {
+    while (number < maxFrames && frame % 4 == 0 && frame + 8 <= end && frame > 0x10000) {
         const auto* words = reinterpret_cast<const std::uintptr_t*>(frame);
         if (words[1] == 0) {
-            return;
+            break;
         }
         PrintFrame(number++, words[1]);
         if (words[0] <= frame) {
-            return;
+            break;
         }
         frame = words[0];
     }
+    return number;
+}
+
+// Whether code of a module of ours called something there: call rel32, or call through a register
+// or memory in one of its lengths.
+bool IsReturnAddress(std::uintptr_t address)
+{
+    HMODULE module = nullptr;
+    char path[MAX_PATH] = "";
+    if (address < 0x10000 ||
+        !::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
+                                  GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                              reinterpret_cast<LPCSTR>(address), &module) ||
+        address - reinterpret_cast<std::uintptr_t>(module) < 0x1000) {
+        return false;
+    }
+    ::GetModuleFileNameA(module, path, sizeof path);
+    const auto* code = reinterpret_cast<const std::uint8_t*>(address);
+    const auto isIndirect = [code](int length) {
+        return code[-length] == 0xFF && (code[1 - length] & 0x38) == 0x10;
+    };
+    return !std::strstr(path, "\\windows\\") &&
+           (code[-5] == 0xE8 || isIndirect(2) || isIndirect(3) || isIndirect(6));
+}
+
+// Where code of the run time or of the system, which keeps no frame pointers, lies between: every
+// word of the stack that looks like a return address of ours. May name a call that is over.
+void PrintCalls(unsigned number, std::uintptr_t stack)
+{
+    const auto end = reinterpret_cast<std::uintptr_t>(GetThreadBlock()->StackBase);
+    for (; number < maxFrames && stack + 4 <= end; stack += 4) {
+        const std::uintptr_t word = *reinterpret_cast<const std::uintptr_t*>(stack);
+        if (IsReturnAddress(word)) {
+            PrintFrame(number++, word);
+        }
+    }
+}
+
+std::uintptr_t CurrentStack()
+{
+    return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
 }
 
 [[noreturn]] void End()
@@ -79,17 +123,18 @@ LONG CALLBACK OnException(EXCEPTION_POINTERS* exception)
         PrintFrame(number++,
                    *reinterpret_cast<const std::uintptr_t*>(exception->ContextRecord->Esp));
     }
-    PrintFrames(number, exception->ContextRecord->Ebp);
+    constexpr unsigned usual = 4;  // fewer: the chain of frames is broken
+    if (PrintFrames(number, exception->ContextRecord->Ebp) < usual) {
+        Write("calls found on the stack:\n");
+        PrintCalls(number, exception->ContextRecord->Esp);
+    }
     End();
 }
 
-// abort() was called from code of the C or C++ run time that keeps no frame pointers: the words
-// between here and the first frame of ours hold the missing callers.
 void OnAbort(int)
 {
     Write("crash: abort\n");
-    const auto frame = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    PrintFrames(0, frame);
+    PrintCalls(0, CurrentStack());
     End();
 }
 
@@ -108,7 +153,7 @@ void OnAbort(int)
         std::snprintf(line, sizeof line, "crash: uncaught %s: %s\n", type->name(), text);
     }
     Write(line);
-    PrintFrames(0, reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)));
+    PrintCalls(0, CurrentStack());  // nothing has been unwound: the throw is among them
     End();
 }
 
