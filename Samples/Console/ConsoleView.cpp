@@ -15,6 +15,7 @@ BEGIN_MESSAGE_MAP(ConsoleView, YTextView)
     ON_MESSAGE(WM_MOUSEWHEEL, &ConsoleView::OnMouseWheel)
     ON_WM_KEYDOWN()
     ON_WM_CONTEXTMENU()
+    ON_WM_PRINTCLIENT()
 END_MESSAGE_MAP()
 
 void ConsoleView::LinkTo(ConsoleView* other)
@@ -260,4 +261,13 @@ void ConsoleView::OnContextMenu(CWnd*, CPoint point)
     if (menu.LoadMenu(IDR_CONTEXT)) {
         menu.GetSubMenu(0)->TrackPopupMenu(TPM_RIGHTBUTTON, point.x, point.y, GetParentFrame());
     }
+}
+
+// For who asks for a picture of the window, such as a thumbnail.
+LRESULT ConsoleView::OnPrintClient(CDC* dc, UINT)
+{
+    const int saved = dc->SaveDC();
+    OnDraw(dc);
+    dc->RestoreDC(saved);
+    return 0;
 }

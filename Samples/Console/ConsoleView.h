@@ -53,6 +53,7 @@ protected:
     afx_msg LRESULT OnMouseWheel(UINT wParam, long lParam);
     afx_msg void OnKeyDown(UINT key, UINT repeats, UINT flags);
     afx_msg void OnContextMenu(CWnd* window, CPoint point);
+    afx_msg LRESULT OnPrintClient(CDC* dc, UINT flags);
     DECLARE_MESSAGE_MAP()
 
 private:
