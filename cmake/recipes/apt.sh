@@ -1,9 +1,9 @@
 # A private apt: fetches packages of any architecture without telling the machine. Sourced by recipes.
 
-# private_apt FOLDER ARCHITECTURE TYPE: sets APT_CONFIG. TYPE is deb or deb-src. Only the main and
-# the -updates suite are used: they are complete for every architecture at any time.
+# private_apt FOLDER ARCHITECTURE TYPE [SUITE]: sets APT_CONFIG. TYPE is deb or deb-src. Only the main
+# and the -updates suite are used, which are complete for every architecture at any time, and SUITE.
 private_apt() {
-    local folder=$1 architecture=$2 type=$3 codename uri keyring
+    local folder=$1 architecture=$2 type=$3 extra=${4:-} codename uri keyring
     codename=$(. /etc/os-release && echo "$VERSION_CODENAME")
     # The mirror that the machine itself uses for its main suite.
     uri=$(apt-get indextargets --format '$(REPO_URI) $(RELEASE) $(COMPONENT)' 2>/dev/null |
@@ -15,7 +15,7 @@ private_apt() {
     cat >"$folder/sources/debian.sources" <<TEXT
 Types: $type
 URIs: $uri
-Suites: $codename $codename-updates
+Suites: $codename $codename-updates $extra
 Components: main
 Signed-By: $keyring
 TEXT

@@ -11,7 +11,7 @@ export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
 unset DISPLAY
 trap '"$wine/bin/wineserver" -k || true' EXIT
 
-timeout 120 "$wine/bin/wine" wineboot -i
+timeout 300 "$wine/bin/wine" wineboot -i
 "$wine/bin/wineserver" -k || true
 timeout 60 "$wine/bin/wineserver" -w
 
