@@ -1,6 +1,8 @@
-// BCGCBProInc.h: the control library's window classes.
+// BCGCBProInc.h: the control library: windows, settings, appearance.
 #pragma once
 
+#include "BCGPGlobals.h"
+#include "BCGPRegistry.h"
 #include "afxwin.h"
 
 // The scroll positions of a window's own two bars, kept beside the system's: a value that does not

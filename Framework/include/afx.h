@@ -1,10 +1,12 @@
-// afx.h: the root of the framework: run-time classes, diagnostics, exceptions, value types.
+// afx.h: the root of the framework: run-time classes, diagnostics, exceptions, value types, files,
+// archives.
 #pragma once
 
 #include "afxver_.h"
 #include "atlstr.h"
 #include "atltypes.h"
 
+class CArchive;
 class CObject;
 
 // What a program knows of a class at run time; RUNTIME_CLASS(name) gives its address.
@@ -12,7 +14,7 @@ struct COMMONFRAMEWORK_API CRuntimeClass
 {
     LPCSTR m_lpszClassName;
     int m_nObjectSize;  // bytes
-    UINT m_wSchema;  // 0xFFFF: not serialised
+    UINT m_wSchema;  // version of what Serialize stores; 0xFFFF: not serialised
     CObject*(AFXAPI* m_pfnCreateObject)();  // null: the class is not dynamically creatable
     CRuntimeClass* m_pBaseClass;  // null for CObject
 
@@ -20,6 +22,12 @@ struct COMMONFRAMEWORK_API CRuntimeClass
     CObject* CreateObject();
     // True for the class itself, too.
     BOOL IsDerivedFrom(const CRuntimeClass* pBaseClass) const;
+
+    // Finds a class of any loaded module that objects can be loaded of (IMPLEMENT_SERIAL), else null.
+    static CRuntimeClass* AFXAPI FromName(LPCSTR lpszClassName);
+    // The version and the name. Null: no such class here.
+    void Store(CArchive& ar) const;
+    static CRuntimeClass* AFXAPI Load(CArchive& ar, UINT* pwSchemaNum);
 };
 
 // The root class: dies through its base, knows its class, is never copied.
@@ -33,6 +41,9 @@ public:
     static CRuntimeClass* AFXAPI GetThisClass();
     virtual CRuntimeClass* GetRuntimeClass() const;
     BOOL IsKindOf(const CRuntimeClass* pClass) const;
+    BOOL IsSerializable() const;
+    // Stores the object's state or loads it; derived classes call their base first.
+    virtual void Serialize(CArchive& ar);
     // Asserts the object's invariants; derived classes call their base first.
     virtual void AssertValid() const;
 
@@ -195,3 +206,6 @@ class COMMONFRAMEWORK_API CInvalidArgException : public CSimpleException
 [[noreturn]] COMMONFRAMEWORK_API void AFXAPI AfxThrowUserException();
 [[noreturn]] COMMONFRAMEWORK_API void AFXAPI AfxThrowNotSupportedException();
 [[noreturn]] COMMONFRAMEWORK_API void AFXAPI AfxThrowInvalidArgException();
+
+#include "afxarc_.h"
+#include "afxfile_.h"

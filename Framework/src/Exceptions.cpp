@@ -1,3 +1,4 @@
+#include "SystemErrorText.h"
 #include "afxwin.h"
 
 #include <iterator>
@@ -10,12 +11,12 @@ IMPLEMENT_DYNAMIC(CUserException, CSimpleException)
 IMPLEMENT_DYNAMIC(CNotSupportedException, CSimpleException)
 IMPLEMENT_DYNAMIC(CInvalidArgException, CSimpleException)
 
-namespace {
-
-// The system's words for its own error, without the line end that it appends, cut to the room. No
-// memory is asked for: there may be none.
 bool DescribeSystemError(DWORD error, LPTSTR text, UINT capacity)
 {
+    if (text == nullptr || capacity == 0) {
+        return false;
+    }
+    // On the stack: there may be no memory.
     wchar_t whole[512];
     DWORD length =
         ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
@@ -27,8 +28,6 @@ bool DescribeSystemError(DWORD error, LPTSTR text, UINT capacity)
     ::lstrcpynW(text, whole, static_cast<int>(capacity));
     return length > 0;
 }
-
-}  // namespace
 
 void CException::Delete()
 {

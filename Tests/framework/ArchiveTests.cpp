@@ -1,0 +1,455 @@
+// Archives and the files under them: what is stored comes back, and no bytes can do harm.
+#include "afx.h"
+
+#include "support/CaseName.h"
+#include "support/ImportHook.h"
+#include "support/LeakCheck.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <functional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using namespace std::string_literals;
+
+// The cause of the exception that the action ends in; `none` is 0 in both classes.
+template <class Exception, class Action>
+int CauseOf(Action action)
+{
+    try {
+        action();
+        return Exception::none;
+    } catch (Exception* exception) {
+        const int cause = exception->m_cause;
+        exception->Delete();
+        return cause;
+    }
+}
+
+// A web of objects on the heap that own nothing, so that no file can make them delete each other;
+// all die at the end of the test.
+class Node : public CObject
+{
+    DECLARE_SERIAL(Node)
+
+    Node() { live.insert(this); }
+    ~Node() override { live.erase(this); }
+    void Serialize(CArchive& ar) override
+    {
+        if (ar.IsStoring()) {
+            ar << value << name << first << second;
+        } else {
+            schema = ar.GetObjectSchema();
+            ar >> value >> name >> first >> second;
+        }
+    }
+    static void DeleteAll()
+    {
+        while (!live.empty()) {
+            delete *live.begin();
+        }
+    }
+
+    static inline std::set<Node*> live;
+    int value = 0;
+    CString name;
+    Node* first = nullptr;
+    Node* second = nullptr;
+    UINT schema = 0;
+};
+IMPLEMENT_SERIAL(Node, CObject, VERSIONABLE_SCHEMA | 2)
+
+class Leaf : public Node
+{
+    DECLARE_SERIAL(Leaf)
+
+    void Serialize(CArchive& ar) override
+    {
+        Node::Serialize(ar);
+        if (ar.IsStoring()) {
+            ar << weight;
+        } else {
+            ar >> weight;
+        }
+    }
+
+    double weight = 0;
+};
+IMPLEMENT_SERIAL(Leaf, Node, 5)
+
+// All bytes of a file that `store` fills through an archive with a small buffer.
+std::string Store(const std::function<void(CArchive&)>& store, int bufferSize = 128)
+{
+    CMemFile file;
+    CArchive archive(&file, CArchive::store, bufferSize);
+    store(archive);
+    archive.Close();
+    std::string bytes(file.GetLength(), '\0');
+    file.SeekToBegin();
+    file.Read(bytes.data(), bytes.size());
+    return bytes;
+}
+
+// The cause of the archive's exception; any other one fails the test.
+int Load(std::string bytes, const std::function<void(CArchive&)>& load, int bufferSize = 128)
+{
+    CMemFile file(reinterpret_cast<BYTE*>(bytes.data()), bytes.size());
+    CArchive archive(&file, CArchive::load, bufferSize);
+    return CauseOf<CArchiveException>([&] { load(archive); });
+}
+
+void LoadNode(CArchive& archive)
+{
+    Node* node = nullptr;
+    archive >> node;
+}
+
+// A node inside a node, so many deep, as bytes: each stored class but the first is a reference.
+std::string MakeChain(unsigned depth)
+{
+    std::string bytes = "\xFF\xFF\x02\0\x04\0Node"s;
+    for (unsigned i = 0; i < depth; ++i) {
+        bytes += (i == 0 ? ""s : "\x01\x80"s) + "\0\0\0\0\xFF\xFE\xFF\0"s;
+    }
+    return bytes + std::string(4 * depth - 2, '\0');
+}
+
+class ArchiveTest : public testing::Test
+{
+protected:
+    ~ArchiveTest() override { Node::DeleteAll(); }
+};
+
+// The largest block that anybody asks operator new for.
+class AllocationWatch
+{
+public:
+    AllocationWatch()
+    {
+        original = hook.Original<void*(std::size_t)>();
+        largest = 0;
+    }
+    static std::size_t GetLargest() { return largest; }
+
+private:
+    static void* Watch(std::size_t size)
+    {
+        largest = std::max(largest, size);
+        return original(size);
+    }
+
+    static inline std::size_t largest;
+    static inline void* (*original)(std::size_t);
+    ImportHook hook{L"libstdc++-6.dll", "msvcrt.dll", "malloc", &Watch};
+};
+
+}  // namespace
+
+TEST_F(ArchiveTest, ValuesOfEveryTypeComeBack)
+{
+    const auto check = [](auto value, std::size_t size) {
+        const std::string bytes = Store([&](CArchive& ar) { ar << value; });
+        EXPECT_EQ(bytes.size(), size);
+        auto back = decltype(value)();
+        EXPECT_EQ(Load(bytes, [&](CArchive& ar) { ar >> back; }), CArchiveException::none);
+        EXPECT_TRUE(back == value);
+    };
+    check(BYTE{200}, 1), check('c', 1), check(true, 1), check(WORD{60000}, 2), check(short{-2}, 2);
+    check(L'\u20AC', 2), check(-3, 4), check(4U, 4), check(-5L, 4), check(6UL, 4), check(7.5F, 4);
+    check(-8.25, 8), check(-9LL, 8), check(10ULL, 8), check(CRect(1, -2, 3, 4), 16);
+    check(CPoint(5, -6), 8), check(CSize(7, 8), 8);
+}
+
+TEST_F(ArchiveTest, BytesComeBackThroughBuffersOfAnySize)
+{
+    const std::string raw(1000, 'r');
+    const auto store = [&](CArchive& ar) {
+        ar.Write(raw.data(), 500);
+        ar.Write(raw.data() + 500, 500);
+    };
+    const auto load = [&](CArchive& ar) {
+        std::string back(raw.size() + 1, '\0');
+        EXPECT_EQ(ar.Read(back.data(), 300), 300);
+        EXPECT_EQ(ar.Read(back.data() + 300, back.size() - 300), 700);
+        EXPECT_EQ(back, raw + '\0');
+    };
+    for (const int bufferSize : {1, 128, 600, 4096}) {
+        EXPECT_EQ(Load(Store(store, bufferSize), load, bufferSize), CArchiveException::none);
+    }
+}
+
+TEST_F(ArchiveTest, LeavesTheFileWhereItStopped)
+{
+    CMemFile file;
+    {
+        CArchive storing(&file, CArchive::store);
+        storing << 1 << 2 << 3;
+    }  // the destructor writes
+    file.SeekToBegin();
+    CArchive loading(&file, CArchive::load);
+    EXPECT_EQ(CauseOf<CArchiveException>([&] { loading << 1; }), CArchiveException::readOnly);
+    int value = 0;
+    loading >> value;
+    loading.Close();
+    EXPECT_EQ(file.GetPosition(), sizeof(int));
+    EXPECT_EQ(CauseOf<CArchiveException>([&] { loading >> value; }),
+              CArchiveException::genericException);
+}
+
+struct StringCase
+{
+    const char* name;
+    int length;
+    std::string head;
+};
+class ArchiveString : public testing::TestWithParam<StringCase>
+{};
+
+TEST_P(ArchiveString, HasItsLengthInAsFewBytesAsItTakes)
+{
+    const StringCase& c = GetParam();
+    const CString text(L'\u20AC', c.length);
+    const std::string bytes = Store([&](CArchive& ar) { ar << text; });
+    EXPECT_EQ(bytes.substr(0, c.head.size()), c.head);
+    EXPECT_EQ(bytes.size(), c.head.size() + 2 * c.length);
+    CString back;
+    EXPECT_EQ(Load(bytes, [&](CArchive& ar) { ar >> back; }), CArchiveException::none);
+    EXPECT_TRUE(back == text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lengths, ArchiveString,
+    testing::Values(StringCase{"Empty", 0, "\xFF\xFE\xFF\0"s},
+                    StringCase{"LastOfAByte", 254, "\xFF\xFE\xFF\xFE"s},
+                    StringCase{"FirstOfAWord", 255, "\xFF\xFE\xFF\xFF\xFF\0"s},
+                    StringCase{"LastOfAWord", 65533, "\xFF\xFE\xFF\xFF\xFD\xFF"s},
+                    StringCase{"BesideTheMark", 65534, "\xFF\xFE\xFF\xFF\xFF\xFF\xFE\xFF\0\0"s},
+                    StringCase{"Long", 70000, "\xFF\xFE\xFF\xFF\xFF\xFF\x70\x11\x01\0"s}),
+    CaseName());
+
+TEST_F(ArchiveTest, TakesNarrowStringsToo)
+{
+    CString text, longText;
+    const std::string bytes = "\x03"
+                              "abc\xFF\0\x01"s +
+                              std::string(256, 'x');
+    EXPECT_EQ(Load(bytes, [&](CArchive& ar) { ar >> text >> longText; }), CArchiveException::none);
+    EXPECT_TRUE(text == L"abc" && longText == CString(L'x', 256));
+}
+
+TEST_F(ArchiveTest, StoresAnObjectAsItsClassAndItsState)
+{
+    Node* const node = new Node;
+    node->value = 7;
+    node->second = node;
+    std::string bytes = Store([&](CArchive& ar) { ar << node << node; });
+    EXPECT_EQ(bytes, "\xFF\xFF\x02\0\x04\0Node\x07\0\0\0\xFF\xFE\xFF\0\0\0\x02\0\x02\0"s);
+
+    bytes[2] = 1;  // an older version
+    Node* back = nullptr;
+    ASSERT_EQ(Load(bytes, [&](CArchive& ar) { ar >> back; }), CArchiveException::none);
+    EXPECT_TRUE(back->value == 7 && back->second == back && back->schema == 1);
+}
+
+TEST_F(ArchiveTest, KeepsIdentityAndClassOfManyObjects)
+{
+    std::vector<Node*> nodes(0x8001);  // numbers that a word cannot hold
+    std::generate(nodes.begin(), nodes.end(), [] { return new Node; });
+    Leaf* const last = new Leaf;
+    last->weight = 2.5;
+    nodes.insert(nodes.end(), {last, last, nodes.front()});
+    const std::string bytes = Store([&](CArchive& ar) {
+        for (const Node* node : nodes) {
+            ar << node;
+        }
+    });
+    const auto load = [&](CArchive& ar) {
+        for (Node*& node : nodes) {
+            ar >> node;
+        }
+    };
+    EXPECT_EQ(Load(bytes, load), CArchiveException::none);
+    const Node* const* const end = nodes.data() + nodes.size();
+    EXPECT_TRUE(end[-1] == nodes.front() && end[-2] == end[-3] && end[-2] != last);
+    EXPECT_EQ(dynamic_cast<const Leaf&>(*end[-2]).weight, 2.5);
+}
+
+struct DamageCase
+{
+    const char* name;
+    std::string bytes;
+    int cause;
+};
+class ArchiveDamage : public testing::TestWithParam<DamageCase>
+{};
+
+TEST_P(ArchiveDamage, IsNamed)
+{
+    EXPECT_EQ(Load(GetParam().bytes, &LoadNode), GetParam().cause);
+    Node::DeleteAll();
+}
+
+// A node up to its first reference.
+const std::string nodeHead = "\xFF\xFF\x02\0\x04\0Node\0\0\0\0\xFF\xFE\xFF\0"s;
+
+INSTANTIATE_TEST_SUITE_P(
+    Objects, ArchiveDamage,
+    testing::Values(
+        DamageCase{"Nothing", ""s, CArchiveException::endOfFile},
+        DamageCase{"UnknownClass", "\xFF\xFF\x02\0\x04\0Nude"s, CArchiveException::badClass},
+        DamageCase{"ClassWithoutState", "\xFF\xFF\0\0\x07\0CObject"s, CArchiveException::badClass},
+        DamageCase{"EndlessName", "\xFF\xFF\x02\0\xFF\xFFNode"s, CArchiveException::badClass},
+        DamageCase{"Version", "\xFF\xFF\x04\0\x04\0Leaf"s, CArchiveException::badSchema},
+        DamageCase{"ObjectAhead", nodeHead + "\x03\0\0\0"s, CArchiveException::badIndex},
+        DamageCase{"ClassAsObject", nodeHead + "\x01\0\0\0"s, CArchiveException::badIndex},
+        DamageCase{"ObjectAsClass", nodeHead + "\x02\x80\0\0"s, CArchiveException::badIndex},
+        DamageCase{"NullAsClass", nodeHead + "\0\x80\0\0"s, CArchiveException::badIndex},
+        DamageCase{"HugeNumber", nodeHead + "\xFF\x7F\xFF\xFF\xFF\x7F"s,
+                   CArchiveException::badIndex},
+        DamageCase{"DeepestAllowed", MakeChain(256), CArchiveException::none},
+        DamageCase{"TooDeep", MakeChain(257), CArchiveException::badIndex}),
+    CaseName());
+
+TEST_F(ArchiveTest, RefusesObjectsOfAnotherClass)
+{
+    const std::string node = nodeHead + "\0\0\0\0"s;
+    Leaf* leaf = nullptr;
+    EXPECT_EQ(Load(node, [&](CArchive& ar) { ar >> leaf; }), CArchiveException::badClass);
+    EXPECT_TRUE(Node::live.empty());  // not even made
+    const auto loadAgainAsLeaf = [&](CArchive& ar) {
+        LoadNode(ar);
+        ar >> leaf;
+    };
+    EXPECT_EQ(Load(node + "\x02\0"s, loadAgainAsLeaf), CArchiveException::badClass);
+}
+
+TEST_F(ArchiveTest, StoresNothingTooDeepToBeLoaded)
+{
+    Node* chain = nullptr;
+    int cause = CArchiveException::none;
+    for (int depth = 1; depth <= 257; ++depth) {
+        Node* const outer = new Node;
+        outer->first = std::exchange(chain, outer);
+        cause = CauseOf<CArchiveException>([&] { Store([&](CArchive& ar) { ar << chain; }); });
+        EXPECT_EQ(cause, depth <= 256 ? CArchiveException::none : CArchiveException::badIndex);
+    }
+}
+
+TEST_F(ArchiveTest, ForgetsAnObjectThatFailed)
+{
+    const auto load = [](CArchive& ar) {
+        EXPECT_EQ(CauseOf<CArchiveException>([&] { LoadNode(ar); }), CArchiveException::badClass);
+        EXPECT_TRUE(Node::live.empty());
+        LoadNode(ar);
+    };
+    const std::string bytes = nodeHead + "\xFF\xFF\0\0\x04\0Nude\x02\0"s;
+    EXPECT_EQ(Load(bytes, load), CArchiveException::badIndex);
+}
+
+TEST_F(ArchiveTest, SurvivesEveryTruncationAndEveryWrongByte)
+{
+    Node* const root = new Node;
+    Leaf* const leaf = new Leaf;
+    root->name = L"root";
+    root->first = root->second = leaf;
+    leaf->first = root;
+    const auto load = [](CArchive& ar) {
+        LoadNode(ar);
+        std::vector<CObject*> objects(ar.ReadCount());
+        for (CObject*& object : objects) {
+            ar >> object;
+        }
+    };
+    const std::string whole = Store([&](CArchive& ar) {
+        ar << root;
+        ar.WriteCount(2);
+        ar << leaf << static_cast<CObject*>(nullptr);
+    });
+    ASSERT_EQ(Load(whole, load), CArchiveException::none);
+    Node::DeleteAll();
+
+    const LeakCheck leaks;
+    const AllocationWatch watch;
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        EXPECT_NE(Load(whole.substr(0, i), load), CArchiveException::none) << i;
+        Node::DeleteAll();
+        std::string damaged = whole;
+        for (const int change : {1, 2, 4, 8, 16, 32, 64, 128, 0x7F, 0xFF}) {
+            damaged[i] = static_cast<char>(whole[i] ^ change);
+            Load(damaged, load);
+            Node::DeleteAll();
+        }
+    }
+    EXPECT_LE(watch.GetLargest(), 4 * whole.size());
+}
+
+TEST_F(ArchiveTest, KnowsClassesWhileTheirModuleIsLoaded)
+{
+    CRuntimeClass description{"Passing", 1, 1, nullptr, RUNTIME_CLASS(CObject)};
+    {
+        const AFX_CLASSINIT known(&description);
+        EXPECT_EQ(CRuntimeClass::FromName("Passing"), &description);
+        EXPECT_EQ(CRuntimeClass::FromName("Leaf"), RUNTIME_CLASS(Leaf));
+    }
+    EXPECT_EQ(CRuntimeClass::FromName("Passing"), nullptr);
+}
+
+TEST(MemFileTest, GrowsAndFillsGapsWithZeros)
+{
+    CMemFile file(16);
+    file.Seek(20, CFile::begin);
+    file.Write("end", 3);
+    file.SetLength(30);
+    file.SetLength(22);
+    file.SetLength(25);
+    EXPECT_EQ(CauseOf<CFileException>([&] { file.Seek(-26, CFile::end); }),
+              CFileException::badSeek);
+    EXPECT_EQ(file.Seek(-25, CFile::end), 0);
+    std::string bytes(30, '?');
+    EXPECT_EQ(file.Read(bytes.data(), bytes.size()), 25);
+    EXPECT_EQ(bytes, std::string(20, '\0') + "en\0\0\0?????"s);
+    std::free(file.Detach());
+    EXPECT_EQ(file.GetLength(), 0);
+}
+
+TEST(MemFileTest, KeepsInsideABlockThatIsLent)
+{
+    std::string block = "0123456789";
+    CMemFile file(reinterpret_cast<BYTE*>(block.data()), 8);
+    file.Seek(6, CFile::begin);
+    EXPECT_EQ(CauseOf<CFileException>([&] { file.Write("abc", 3); }), CFileException::diskFull);
+    file.Write("ab", 2);
+    EXPECT_EQ(block, "012345ab89");
+}
+
+TEST(FileTest, KeepsWhatAnArchiveStores)
+{
+    wchar_t folder[MAX_PATH], path[MAX_PATH];
+    ::GetTempPathW(MAX_PATH, folder);
+    ::GetTempFileNameW(folder, L"arc", 0, path);
+    {
+        CFile file(path, CFile::modeCreate | CFile::modeWrite);
+        CArchive archive(&file, CArchive::store);
+        archive << CString(L"kept");
+    }
+    {
+        CFile file(path, CFile::modeRead);
+        CArchive archive(&file, CArchive::load);
+        CString text;
+        archive >> text;
+        EXPECT_TRUE(text == L"kept");
+        EXPECT_EQ(CauseOf<CFileException>([&] { file.Write("x", 1); }),
+                  CFileException::accessDenied);
+    }
+    ::DeleteFileW(path);
+    CFileException error;
+    EXPECT_FALSE(CFile().Open(path, CFile::modeRead, &error));
+    EXPECT_EQ(error.m_cause, CFileException::fileNotFound);
+}
