@@ -129,7 +129,6 @@ protected:
 
     afx_msg void OnDestroy();
     afx_msg void OnPaint();
-    afx_msg LRESULT OnPrintClient(CDC* pDC, UINT nFlags);
     afx_msg int OnMouseActivate(CWnd* pDesktopWnd, UINT nHitTest, UINT message);
     afx_msg LRESULT OnInitialUpdateMessage(WPARAM wParam, LPARAM lParam);
     DECLARE_MESSAGE_MAP()

@@ -6,7 +6,6 @@ BEGIN_MESSAGE_MAP(CView, CWnd)
     ON_WM_CREATE()
     ON_WM_DESTROY()
     ON_WM_PAINT()
-    ON_WM_PRINTCLIENT()
     ON_WM_MOUSEACTIVATE()
     ON_MESSAGE(WM_INITIALUPDATE, &CView::OnInitialUpdateMessage)
 END_MESSAGE_MAP()
@@ -66,15 +65,6 @@ void CView::OnPaint()
     CPaintDC dc(this);
     OnPrepareDC(&dc);
     OnDraw(&dc);
-}
-
-LRESULT CView::OnPrintClient(CDC* pDC, UINT)
-{
-    const int saved = pDC->SaveDC();
-    OnPrepareDC(pDC);
-    OnDraw(pDC);
-    pDC->RestoreDC(saved);
-    return 0;
 }
 
 void CView::OnActivateView(BOOL bActivate, CView* pActivateView, CView*)

@@ -3,6 +3,9 @@
 #include "ConsoleView.h"
 #include "resource.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace {
 
 constexpr int minimumWidth = 40;  // pixels of a pane
@@ -26,6 +29,8 @@ void ViewPair::Split(SelectionDrawStyle style)
     CRect client;
     frame.GetClientRect(&client);
     const unsigned top = first->GetTopLine();
+    share = 0.5;
+    firstWidth = 0;
     splitter = std::make_unique<CSplitterWnd>();
     try {
         if (!splitter->CreateStatic(&frame, 1, 2)) {
@@ -93,7 +98,31 @@ void ViewPair::LayOut(const CRect& rest)
     CRect panes = rest;
     panes.right -= LinkedScrollBar::GetWidth();
     bar.MoveWindow(panes.right, rest.top, LinkedScrollBar::GetWidth(), rest.Height());
+    ShareWidth(panes.Width());
     splitter->MoveWindow(&panes);
+    firstWidth = GetFirstWidth();
+}
+
+int ViewPair::GetFirstWidth() const
+{
+    int current = 0;
+    int minimum = 0;
+    splitter->GetColumnInfo(0, current, minimum);
+    return current;
+}
+
+// By itself the splitter would give all that is gained or lost to the second pane. The share is
+// read anew only where the user has moved the bar: rounding would add up while a window is sized.
+void ViewPair::ShareWidth(int width)
+{
+    CRect before;
+    splitter->GetClientRect(&before);
+    const int current = GetFirstWidth();
+    if (firstWidth > 0 && current > 0 && current != firstWidth) {
+        share = static_cast<double>(current) / before.Width();
+    }
+    const int ideal = static_cast<int>(std::lround(share * width));
+    splitter->SetColumnInfo(0, std::max(ideal, minimumWidth), minimumWidth);
 }
 
 void ViewPair::ScrollByBar(UINT code, UINT position)

@@ -32,12 +32,15 @@ public:
     void ScrollByBar(UINT code, UINT position);
 
 private:
-    bool CreateSecond();
     void Link();
+    int GetFirstWidth() const;
+    void ShareWidth(int width);
 
     CFrameWnd& frame;
     ConsoleView* first = nullptr;  // windows delete themselves
     ConsoleView* second = nullptr;  // null: not split
     std::unique_ptr<CSplitterWnd> splitter;
+    double share = 0.5;  // of the first pane in the width of both
+    int firstWidth = 0;  // pixels that LayOut gave the first pane; 0: none yet
     LinkedScrollBar bar;
 };

@@ -12,17 +12,23 @@
 #include <gtest/gtest.h>
 #include <textview/YClipboard.h>
 
+#include <commdlg.h>
+#include <shlobj.h>
+
 #include <algorithm>
+#include <cstring>
 #include <string>
 #include <vector>
 
 namespace {
 
 std::wstring shownMessage;
+int shownMessages = 0;
 
 int WINAPI RecordMessage(HWND, LPCWSTR text, LPCWSTR, UINT)
 {
     shownMessage = text;
+    ++shownMessages;
     return IDOK;
 }
 
@@ -286,6 +292,7 @@ TEST_F(ConsoleTest, AnswersWhileALargeFileLoadsAndEscapeCancels)
     constexpr unsigned lines = 400'000;
     file.Write(MakeLines(1'000'000'000, lines) + std::string(12u << 20, '\n'));
     Start();
+    ASSERT_TRUE(Activate(*frame));
     frame->Open(file.GetPath());
     unsigned slow = 0;
     const ULONGLONG limit = ::GetTickCount64() + 60'000;
@@ -295,15 +302,126 @@ TEST_F(ConsoleTest, AnswersWhileALargeFileLoadsAndEscapeCancels)
     EXPECT_LE(slow, 2u);  // the machine has other work, too
     EXPECT_EQ(CountLines(View()), 100'000u);
 
-    Command(ID_FILE_RELOAD);
+    TypeKey(VK_F5);
     while (CountLines(View()) == 100'000 && ::GetTickCount64() < limit) {
         PumpOne();
     }
     ASSERT_TRUE(frame->IsLoading());
-    Command(ID_FILE_CANCEL);
+    TypeKey(VK_ESCAPE);
     EXPECT_FALSE(frame->IsLoading());
     EXPECT_EQ(View().GetBuffer().GetLineInfo(CountLines(View()) - 1).attributes,
               GetNoticeAttributes());
+}
+
+TEST_F(ConsoleTest, OpensADroppedFile)
+{
+    file.Write("dropped\n");
+    Start();
+    EXPECT_TRUE(frame->GetExStyle() & WS_EX_ACCEPTFILES);
+    const std::wstring path = file.GetPath();
+    const HGLOBAL block =
+        ::GlobalAlloc(GHND, sizeof(DROPFILES) + (path.size() + 2) * sizeof(wchar_t));
+    auto* const header = static_cast<DROPFILES*>(::GlobalLock(block));
+    header->pFiles = sizeof(DROPFILES);
+    header->fWide = TRUE;
+    std::memcpy(header + 1, path.c_str(), path.size() * sizeof(wchar_t));  // two zeros follow
+    ::GlobalUnlock(block);
+    frame->PostMessage(WM_DROPFILES, reinterpret_cast<WPARAM>(block));  // the window frees it
+    ASSERT_TRUE(PumpUntil([&] { return CountLines(View()) == 1 && !frame->IsLoading(); }));
+    EXPECT_EQ(LastText(), L"dropped");
+}
+
+std::wstring chosenFile;
+
+BOOL WINAPI TakeFile(OPENFILENAMEW* question)
+{
+    ::lstrcpynW(question->lpstrFile, chosenFile.c_str(), static_cast<int>(question->nMaxFile));
+    return TRUE;
+}
+
+BOOL WINAPI TakeFont(CHOOSEFONTW* question)
+{
+    EXPECT_STREQ(question->lpLogFont->lfFaceName, L"Courier New");  // the one that is shown
+    question->lpLogFont->lfHeight *= 2;
+    return TRUE;
+}
+
+TEST_F(ConsoleTest, DoesWhatItsDialogsAreTold)
+{
+    const ImportHook open(L"CommonFramework.dll", "comdlg32.dll", "GetOpenFileNameW", &TakeFile);
+    const ImportHook font(L"CommonFramework.dll", "comdlg32.dll", "ChooseFontW", &TakeFont);
+    file.Write("chosen\n");
+    chosenFile = file.GetPath();
+    Start();
+    Command(ID_FILE_OPEN);
+    ASSERT_TRUE(PumpUntil([&] { return CountLines(View()) == 1 && !frame->IsLoading(); }));
+    EXPECT_EQ(LastText(), L"chosen");
+    const int height = View().GetCharacterHeight();
+    const unsigned pageLines = View().GetPageLines();
+    Command(ID_VIEW_FONT);
+    EXPECT_GT(View().GetCharacterHeight(), height * 3 / 2);
+    EXPECT_LT(View().GetPageLines(), pageLines);
+}
+
+// What is left is enough for small blocks, on the thread of the windows; the reader has its own.
+constexpr std::size_t largeBlock = 100'000;  // bytes
+DWORD starvedThread = 0;
+void* (*realMalloc)(std::size_t) = nullptr;
+
+void* StarvingMalloc(std::size_t size)
+{
+    const bool starved = size >= largeBlock && ::GetCurrentThreadId() == starvedThread;
+    return starved ? nullptr : realMalloc(size);
+}
+
+TEST_F(ConsoleTest, OutOfMemoryItSaysSoOnceAndKeepsWhatIsShown)
+{
+    const ImportHook box(L"CommonFramework.dll", "user32.dll", "MessageBoxW", &RecordMessage);
+    file.Write("one\ntwo\n");
+    Start();
+    ASSERT_TRUE(Load(2));
+    Command(ID_VIEW_SPLIT);
+    shownMessages = 0;
+    file.Append(std::string(largeBlock, 'x') + "\nlast\n");
+    {
+        const ImportHook memory(L"libstdc++-6.dll", "msvcrt.dll", "malloc", &StarvingMalloc);
+        realMalloc = memory.Original<void*(std::size_t)>();
+        starvedThread = ::GetCurrentThreadId();
+        EXPECT_TRUE(PumpUntil([] { return shownMessages > 0; }));
+        starvedThread = 0;
+    }
+    EXPECT_EQ(CountLines(View()), 2u);
+    EXPECT_EQ(LastText(), L"two");
+    EXPECT_FALSE(frame->GetViews().IsSplit() || frame->IsLoading());
+    EXPECT_TRUE(Load(4));
+    EXPECT_EQ(LastText(), L"last");
+    EXPECT_EQ(shownMessages, 1);
+}
+
+int WidthOf(const CWnd& window)
+{
+    CRect place;
+    window.GetWindowRect(&place);
+    return place.Width();
+}
+
+TEST_F(ConsoleTest, PanesKeepTheirShareOfTheWidth)
+{
+    ConsoleOptions options;
+    options.split = true;
+    Start(options);
+    CWnd& splitter = *View().GetParent();
+    EXPECT_NEAR(WidthOf(View()), WidthOf(splitter) / 2, 2);
+    DragLeft(splitter, {WidthOf(View()) + 3, 50}, {WidthOf(splitter) / 4, 50});
+    const double share = static_cast<double>(WidthOf(View())) / WidthOf(splitter);
+    EXPECT_LT(share, 0.3);
+    for (int width = 603; width <= 1'000; width += 3) {  // as a user drags the frame
+        frame->MoveWindow(0, 0, width, 400);
+    }
+    EXPECT_NEAR(WidthOf(View()), share * WidthOf(splitter), 2);
+    frame->MoveWindow(0, 0, 120, 400);  // no room for both
+    frame->MoveWindow(0, 0, 600, 400);
+    EXPECT_NEAR(WidthOf(View()), share * WidthOf(splitter), 2);
 }
 
 TEST(ConsoleOptions, AreParsed)
