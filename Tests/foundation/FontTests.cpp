@@ -78,13 +78,6 @@ TEST_F(YCreateFontTest, ScalesPointsByTheDevice)
     EXPECT_EQ(Make(data, true).lfHeight, -::MulDiv(9, dc.GetDeviceCaps(LOGPIXELSY), 72));
 }
 
-TEST_F(YCreateFontTest, CutsALongFaceName)
-{
-    YFontData data(CourierNew());
-    data.face = std::wstring(40, L'n').c_str();
-    EXPECT_EQ(std::wcslen(Make(data, false).lfFaceName), LF_FACESIZE - 1u);
-}
-
 TEST(AdjustForDpiX, KeepsAPositiveLengthVisible)
 {
     CClientDC dc(nullptr);

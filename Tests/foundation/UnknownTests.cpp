@@ -38,28 +38,6 @@ TEST(YUnknown, CountsFromOneAndDeletesItselfAtNone)
     EXPECT_EQ(live, 0);
 }
 
-TEST(YUnknown, AnswersNoQuery)
-{
-    int live = 0;
-    const Pointer object = Pointer::Make(live);
-    void* out = &live;
-    EXPECT_EQ(object->QueryInterface(IID_IUnknown, &out), E_NOINTERFACE);
-    EXPECT_EQ(out, nullptr);
-    EXPECT_EQ(object->QueryInterface(IID_IUnknown, nullptr), E_NOINTERFACE);
-}
-
-TEST(YUnknown, ACopyHasACountOfItsOwn)
-{
-    int live = 0;
-    Pointer object = Pointer::Make(live);
-    const Pointer shared = object;
-    Pointer copy = Pointer::Make(*object);
-    EXPECT_EQ(copy->AddRef(), 2u);
-    copy->Release();
-    copy.Reset();
-    EXPECT_EQ(live, 1);
-}
-
 TEST(YUnknown, CountsAcrossThreads)
 {
     int live = 0;
@@ -113,17 +91,6 @@ TEST(YUnknownPointer, OwnsOneReferencePerPointer)
     moved.Reset();
     EXPECT_EQ(detached->Release(), 1u);
     EXPECT_EQ(live, 1);
-}
-
-TEST(YUnknownPointer, WidensToABaseAndToConst)
-{
-    int live = 0;
-    const Pointer object = Pointer::Make(live);
-    const YUnknownPointer<const Object> constant = object;
-    const YUnknownPointer<IUnknown> base = object;
-    EXPECT_TRUE(base == object.Get());
-    EXPECT_EQ(constant->AddRef(), 4u);
-    EXPECT_EQ(constant->Release(), 3u);
 }
 
 // A new value may be owned by the old one.

@@ -22,12 +22,7 @@ class TestView : public CView
     ~TestView() override { sharedLog->push_back("view deleted"); }
 
 protected:
-    void OnDraw(CDC* dc) override
-    {
-        CRect client;
-        GetClientRect(&client);
-        dc->FillSolidRect(client, RGB(0, 0, 255));
-    }
+    void OnDraw(CDC*) override {}
     void OnInitialUpdate() override
     {
         sharedLog->push_back("initial update");
@@ -202,12 +197,6 @@ TEST_F(CFrameWndTest, ClickedViewBecomesActiveAndGoesWithoutTrace)
     EXPECT_EQ(log, (Log{"passive 1", "view deleted"}));
 }
 
-TEST_F(CFrameWndTest, FocusOfTheFrameIsTheViews)
-{
-    frame->SetFocus();
-    EXPECT_EQ(::GetFocus(), frame->GetActiveView()->GetSafeHwnd());
-}
-
 TEST_F(CFrameWndTest, ViewThatCannotBeMadeLeavesNothing)
 {
     TestView::refusesCreation = true;
@@ -246,20 +235,6 @@ TEST_F(CFrameWndTest, StatusBarTakesTheBottomAndTheViewTheRest)
     frame->GetActiveView()->GetWindowRect(&view);
     EXPECT_EQ(view.Height(), client.Height());
     bar.DestroyWindow();
-}
-
-TEST_F(CFrameWndTest, ViewShowsItselfToWhoeverAsks)
-{
-    CClientDC screen(frame);
-    CDC dc;
-    CBitmap bitmap;
-    dc.CreateCompatibleDC(&screen);
-    bitmap.CreateCompatibleBitmap(&screen, 20, 20);
-    CBitmap* const former = dc.SelectObject(&bitmap);
-    frame->GetActiveView()->SendMessage(WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc.GetSafeHdc()),
-                                        PRF_CLIENT);
-    EXPECT_EQ(dc.GetPixel(10, 10), RGB(0, 0, 255));
-    dc.SelectObject(former);
 }
 
 TEST_F(CFrameWndTest, EndOfTheMainFrameEndsTheProgram)

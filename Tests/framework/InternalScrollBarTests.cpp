@@ -161,15 +161,15 @@ TEST_P(InternalScrollBarClamp, StoreAgreesWithTheSystem)
     EXPECT_EQ(stored.nMin, systems.nMin);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Values, InternalScrollBarClamp,
-    testing::Values(ClampCase{"PastTheEnd", 99, 20, 99}, ClampCase{"Negative", 99, 20, -5},
-                    ClampCase{"Saturated", 99, 20, -1}, ClampCase{"NoPage", 99, 0, 99},
-                    ClampCase{"PageIsAll", 99, 100, 50}, ClampCase{"PageBeyondAll", 99, 500, 50},
-                    ClampCase{"NegativeMaximum", -1, 20, 3},
-                    ClampCase{"Huge", INT_MAX - 1, 10, INT_MAX},
-                    ClampCase{"HugePage", INT_MAX - 1, UINT_MAX, 7}),
-    CaseName());
+INSTANTIATE_TEST_SUITE_P(Values, InternalScrollBarClamp,
+                         testing::Values(ClampCase{"PastTheEnd", 99, 20, 99},
+                                         ClampCase{"Saturated", 99, 20, -1},
+                                         ClampCase{"NoPage", 99, 0, 99},
+                                         ClampCase{"PageBeyondAll", 99, 500, 50},
+                                         ClampCase{"NegativeMaximum", -1, 20, 3},
+                                         ClampCase{"Huge", INT_MAX - 1, 10, INT_MAX},
+                                         ClampCase{"HugePage", INT_MAX - 1, UINT_MAX, 7}),
+                         CaseName());
 
 TEST_F(InternalScrollBarTest, ManyChangesAreDrawnOnceAndCorrectly)
 {
@@ -185,20 +185,6 @@ TEST_F(InternalScrollBarTest, ManyChangesAreDrawnOnceAndCorrectly)
     PumpMessages();
     EXPECT_EQ(view.framePaints, 1);
     EXPECT_EQ(drawingCalls, 0);
-    const std::vector<COLORREF> drawn = Pixels();
-    EXPECT_NE(drawn, atTop);
-    EXPECT_EQ(drawn, PixelsRedrawn());
-}
-
-TEST_F(InternalScrollBarTest, FrameValidatedByOthersIsDrawnWithTheNextPaint)
-{
-    ShowVertical();
-    const std::vector<COLORREF> atTop = Pixels();
-    Set(SIF_POS, 0, 0, 50);
-    view.RedrawWindow(nullptr, nullptr, RDW_VALIDATE | RDW_NOFRAME | RDW_NOCHILDREN);
-    EXPECT_EQ(Pixels(), atTop);
-    view.Invalidate(FALSE);
-    view.UpdateWindow();
     const std::vector<COLORREF> drawn = Pixels();
     EXPECT_NE(drawn, atTop);
     EXPECT_EQ(drawn, PixelsRedrawn());
@@ -235,24 +221,12 @@ TEST_F(InternalScrollBarTest, BarComesAndGoesAtOnceWithConsistentValues)
     EXPECT_EQ(view.GetScrollPos(SB_VERT), 0);
 }
 
-TEST_F(InternalScrollBarTest, PositionAloneDoesNotBringAHiddenBarBack)
-{
-    ShowVertical();
-    view.ShowScrollBar(SB_VERT, FALSE);
-    Set(SIF_POS, 0, 0, 10);
-    EXPECT_FALSE(IsShown());
-    EXPECT_EQ(SystemPosition(), 10);
-}
-
 TEST_F(InternalScrollBarTest, LivesBeforeAndAfterItsWindow)
 {
     ScrollView other;
     SCROLLINFO info{};
-    info.fMask = SIF_ALL;
     info.nMax = 99;
     info.nPos = 5;
-    EXPECT_FALSE(other.SetScrollInfo(SB_VERT, &info));
-    EXPECT_EQ(other.GetScrollPos(SB_VERT), 0);
     for (int round = 0; round < 2; ++round) {
         ASSERT_TRUE(
             other.Create(nullptr, nullptr, WS_CHILD | WS_VSCROLL, CRect(0, 0, 90, 90), &top, 2));
@@ -260,9 +234,6 @@ TEST_F(InternalScrollBarTest, LivesBeforeAndAfterItsWindow)
         info.fMask = SIF_ALL;
         EXPECT_TRUE(other.SetScrollInfo(SB_VERT, &info));
         EXPECT_EQ(other.GetScrollPos(SB_VERT), 5);
-        // Created with a bar that is not needed any more.
-        other.SetScrollRange(SB_VERT, 0, 0);
-        EXPECT_EQ(other.GetStyle() & WS_VSCROLL, 0U);
         other.DestroyWindow();
         EXPECT_FALSE(other.SetScrollInfo(SB_VERT, &info));
         EXPECT_EQ(other.GetScrollPos(SB_VERT), 0);

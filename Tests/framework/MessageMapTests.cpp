@@ -82,7 +82,6 @@ protected:
         OnSizeChange();
         size = CSize(width, height);
     }
-    afx_msg void OnMouseMove(UINT, CPoint point) { mouse = point; }
     afx_msg void OnRange(UINT id) { log.push_back("range " + std::to_string(id)); }
     afx_msg void OnUpdateRange(CCmdUI* item) { item->Enable(item->m_nID != lastCommand); }
     afx_msg void OnChanged() { log.push_back("edit changed"); }
@@ -95,13 +94,11 @@ protected:
 
 public:
     CSize size;
-    CPoint mouse;
 };
 
 BEGIN_MESSAGE_MAP(DerivedWindow, Layer<BaseWindow>)
     ON_WM_CREATE()
     ON_WM_SIZE()
-    ON_WM_MOUSEMOVE()
     ON_COMMAND_RANGE(firstCommand, lastCommand, &DerivedWindow::OnRange)
     ON_UPDATE_COMMAND_UI_RANGE(firstCommand, lastCommand, &DerivedWindow::OnUpdateRange)
     ON_EN_CHANGE(5, &DerivedWindow::OnChanged)
@@ -139,12 +136,6 @@ TEST_F(MessageMapTest, ClimbsFromTheMostDerivedMapToTheBase)
     EXPECT_EQ(window.SendMessage(WM_USER, 40, 2), 42);
     EXPECT_EQ(window.SendMessage(registeredMessage, 1, 2), 3);
     EXPECT_EQ(window.log, (Log{"base timer 3", "move -4 9", "base user", "base user"}));
-}
-
-TEST_F(MessageMapTest, CoordinatesOutsideTheWindowAreNegative)
-{
-    window.SendMessage(WM_MOUSEMOVE, 0, MAKELPARAM(-7, -300));
-    EXPECT_EQ(window.mouse, CPoint(-7, -300));
 }
 
 TEST_F(MessageMapTest, CommandRangesCallWithTheIdAndDisabledCommandsDoNotRun)
@@ -274,24 +265,4 @@ TEST_F(MessageMapTest, ScrollBarControlGetsItsMessagesThroughTheParent)
 
     parent.SendMessage(WM_VSCROLL, SB_LINEDOWN, 0);  // the window's own bar
     EXPECT_EQ(parent.sender, nullptr);
-}
-
-TEST_F(MessageMapTest, ScrollBarControlReportsSuccessNotPosition)
-{
-    CScrollBar bar;
-    SCROLLINFO info{};
-    info.fMask = SIF_ALL;
-    info.nMax = 99;
-    info.nPage = 20;
-    EXPECT_FALSE(bar.SetScrollInfo(&info));
-    ASSERT_TRUE(bar.Create(WS_CHILD | SBS_VERT, CRect(0, 0, 17, 50), &top, 3));
-    EXPECT_TRUE(bar.SetScrollInfo(&info));  // at position 0
-    info.nPos = 99;
-    info.fMask = SIF_POS;
-    EXPECT_TRUE(bar.SetScrollInfo(&info));
-    EXPECT_EQ(bar.GetScrollPos(), 80);
-    int first = -1;
-    int last = -1;
-    bar.GetScrollRange(&first, &last);
-    EXPECT_EQ(std::make_pair(first, last), std::make_pair(0, 99));
 }

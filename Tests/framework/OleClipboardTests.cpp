@@ -195,51 +195,6 @@ TEST_F(OleClipboardTest, GivesUpOnABusyClipboardAndLeavesNothing)
     EXPECT_EQ(ClipboardText(), L"before");
 }
 
-TEST_F(OleClipboardTest, EachReaderHasACopyOfItsOwn)
-{
-    Offer(L"copy");
-    IDataObject* offered = nullptr;
-    ASSERT_EQ(::OleGetClipboard(&offered), S_OK);
-    FORMATETC format{CF_UNICODETEXT, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
-    STGMEDIUM first{};
-    STGMEDIUM second{};
-    ASSERT_EQ(offered->GetData(&format, &first), S_OK);
-    ASSERT_EQ(offered->GetData(&format, &second), S_OK);
-    EXPECT_NE(first.hGlobal, second.hGlobal);
-    *static_cast<wchar_t*>(::GlobalLock(first.hGlobal)) = L'X';
-    ::GlobalUnlock(first.hGlobal);
-    EXPECT_EQ(TextOf(second.hGlobal), L"copy");
-    EXPECT_EQ(ClipboardText(), L"copy");
-    ::ReleaseStgMedium(&first);
-    ::ReleaseStgMedium(&second);
-    offered->Release();
-}
-
-TEST_F(OleClipboardTest, OffersEachFormatOnce)
-{
-    COleDataSource* source = new CountedSource(live);
-    source->CacheGlobalData(CF_UNICODETEXT, BlockOf(L"replaced"));
-    source->CacheGlobalData(CF_UNICODETEXT, BlockOf(L"last"));
-    const auto own = static_cast<CLIPFORMAT>(::RegisterClipboardFormatW(L"CommonUi test"));
-    FORMATETC details{own, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
-    source->CacheGlobalData(0, BlockOf(L"own"), &details);
-    source->SetClipboard();
-
-    OpenedClipboard clipboard;
-    EXPECT_EQ(clipboard.Text(), L"last");
-    EXPECT_EQ(TextOf(::GetClipboardData(own)), L"own");
-    EXPECT_FALSE(::IsClipboardFormatAvailable(CF_BITMAP));
-}
-
-TEST_F(OleClipboardTest, SourceThatIsNeverOfferedGoesWithItsReference)
-{
-    COleDataSource* source = new CountedSource(live);
-    source->CacheGlobalData(CF_UNICODETEXT, BlockOf(L"unused"));
-    source->Empty();
-    source->InternalRelease();
-    EXPECT_EQ(live, 0);
-}
-
 TEST_F(DataSourceTest, BeginsOleForAThreadThatHasNone)
 {
     ASSERT_EQ(::OleSetClipboard(nullptr), CO_E_NOTINITIALIZED);

@@ -144,19 +144,6 @@ TEST(CWinThreadTest, TranslatesPumpsRestsAndEndsWithItsMainWindow)
     EXPECT_EQ(thread.idleCounts[1], 1);
 }
 
-TEST(CWinThreadTest, WorkerRunsItsFunctionAndGivesItsResult)
-{
-    CWinThread* seen = nullptr;
-    CWinThread* const worker =
-        AfxBeginThread(&SetToThread, &seen, THREAD_PRIORITY_NORMAL, 0, CREATE_SUSPENDED);
-    ASSERT_NE(worker, nullptr);
-    worker->m_bAutoDelete = FALSE;
-    worker->ResumeThread();
-    EXPECT_EQ(JoinThread(*worker), 7U);
-    EXPECT_EQ(seen, worker);
-    delete worker;
-}
-
 TEST(CWinThreadTest, AutomaticThreadDeletesItself)
 {
     CWinThread* seen = nullptr;
@@ -185,18 +172,4 @@ TEST(CWinThreadTest, WindowsWorkOnThreadsThatTheFrameworkDidNotStart)
         EXPECT_TRUE(window.DestroyWindow());
         EXPECT_EQ(log, (Log{"window handles"}));
     }).join();
-}
-
-TEST(CWinThreadTest, MovesOfARestingPointerAreNoReasonToWorkInIdleTime)
-{
-    CWinThread thread;
-    MSG move{nullptr, WM_MOUSEMOVE, 0, 0, 0, {5, 5}};
-    EXPECT_TRUE(thread.IsIdleMessage(&move));
-    EXPECT_FALSE(thread.IsIdleMessage(&move));
-    move.pt.x = 6;
-    EXPECT_TRUE(thread.IsIdleMessage(&move));
-    MSG paint{nullptr, WM_PAINT, 0, 0, 0, {6, 5}};
-    EXPECT_FALSE(thread.IsIdleMessage(&paint));
-    MSG key{nullptr, WM_KEYDOWN, 0, 0, 0, {6, 5}};
-    EXPECT_TRUE(thread.IsIdleMessage(&key));
 }

@@ -202,29 +202,6 @@ TEST_F(WindowLife, ChildrenGoWithTheParent)
     EXPECT_EQ(log, (Log{"destroy", "post destroy", "deleted"}));
 }
 
-TEST_F(WindowLife, DestructorDestroysTheWindow)
-{
-    HWND handle = nullptr;
-    {
-        CWnd window;
-        ASSERT_TRUE(window.Create(nullptr, nullptr, WS_CHILD, CRect(0, 0, 9, 9), &top, 1));
-        handle = window;
-    }
-    EXPECT_FALSE(::IsWindow(handle));
-}
-
-TEST_F(WindowLife, SameObjectCanHaveAWindowAgain)
-{
-    CWnd window;
-    for (int round = 0; round < 2; ++round) {
-        ASSERT_TRUE(window.Create(L"BUTTON", L"x", WS_CHILD, CRect(0, 0, 9, 9), &top, 1));
-        EXPECT_EQ(TextOf(window), L"x");
-        EXPECT_TRUE(window.DestroyWindow());
-        EXPECT_EQ(window.GetSafeHwnd(), nullptr);
-        EXPECT_FALSE(window.DestroyWindow());
-    }
-}
-
 TEST_F(WindowLife, OnlyTheAwaitedWindowIsTakenDuringCreation)
 {
     BusyCreator window;
@@ -242,19 +219,6 @@ TEST_F(WindowLife, CreatedSystemControlReachesItsObjectFromTheFirstMessageOn)
     edit.SendMessage(WM_CHAR, L'a', 1);
     EXPECT_EQ(edit.characters, 1);
     EXPECT_EQ(TextOf(edit), L"a");  // the control's own procedure got it, too
-}
-
-TEST_F(WindowLife, DetachedControlLivesOnAndCanBeAttachedAgain)
-{
-    CountingEdit edit;
-    ASSERT_TRUE(edit.Create(WS_CHILD, CRect(0, 0, 50, 20), &top, 1));
-    const HWND handle = edit.Detach();
-    ::SendMessageW(handle, WM_CHAR, L'a', 1);
-    EXPECT_EQ(edit.characters, 0);
-    ASSERT_TRUE(edit.Attach(handle));
-    ::SendMessageW(handle, WM_CHAR, L'b', 1);
-    EXPECT_EQ(edit.characters, 1);
-    EXPECT_EQ(TextOf(edit), L"ab");
 }
 
 TEST_F(WindowLife, SubclassingAddsTheObjectAndUnsubclassingTakesItAway)
@@ -301,14 +265,7 @@ TEST_F(WindowLife, ObjectGoesFromUnderALaterSubclassWithoutBreakingIt)
     EXPECT_EQ(charactersOnTop, 1);
     EXPECT_EQ(edit.characters, 0);
     EXPECT_EQ(TextOf(*CWnd::FromHandle(handle)), L"a");
-
-    CountingEdit next;  // takes the same place
-    ASSERT_TRUE(next.SubclassWindow(handle));
-    ::SendMessageW(handle, WM_CHAR, L'b', 1);
-    EXPECT_EQ(next.characters, 1);
-    EXPECT_EQ(charactersOnTop, 2);
-    EXPECT_EQ(TextOf(next), L"ab");
-    next.DestroyWindow();
+    ::DestroyWindow(handle);
 }
 
 TEST_F(WindowLife, SubclassedWindowThatDiesLeavesItsObjectFree)

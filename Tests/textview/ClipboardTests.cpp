@@ -127,14 +127,6 @@ TEST_F(ClipboardTest, TheViewCopiesItsSelectionWithTheLastCell)
     EXPECT_EQ(Text(), L"ef\r\ngh\r\n");
 }
 
-TEST_F(ClipboardTest, TheBufferCopiesEverything)
-{
-    YTextViewBuffer buffer(3);
-    Append(buffer, {L"a", L"", L"b"});
-    buffer.CopyTextToClipboard();
-    EXPECT_EQ(Text(), L"a\r\n\r\nb\r\n");
-}
-
 TEST_F(ClipboardTest, ABufferOfNothingIsInvalidAndSaysWhy)
 {
     ASSERT_TRUE(Open());
@@ -211,6 +203,5 @@ INSTANTIATE_TEST_SUITE_P(Texts, ClipboardMultiline,
                                          MultilineCase{"NoneAskedFor", "", 0, true},
                                          MultilineCase{"CrLf", "a\r\nb\r\n", 2, true},
                                          MultilineCase{"CrLfIsOneBreak", "a\r\nb", 2, false},
-                                         MultilineCase{"BareLf", "a\nb\n", 2, true},
                                          MultilineCase{"CrHidesLf", "a\nb\nc\r", 2, false}),
                          CaseName());

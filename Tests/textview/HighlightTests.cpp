@@ -64,31 +64,6 @@ TEST(YTextViewHighlight, ACopyHasTheSinkAndACountOfItsOwn)
     EXPECT_EQ(copy->Release(), 1u);
 }
 
-TEST(YTextViewHighlight, WithoutASinkTellsNobody)
-{
-    const auto highlight = Pointer::Make(nullptr, Position(0, 1), Position(0, 2));
-    EXPECT_NO_THROW(highlight->UpdateEnd({1, 1}));
-}
-
-TEST(YTextViewHighlight, EqualityIsOfTheEndsFieldByField)
-{
-    CountingSink sink;
-    const auto a = Pointer::Make(&sink, Position(1, 2), Position(3, 4));
-    EXPECT_TRUE(a->Equal(*Pointer::Make(nullptr, Position(1, 2), Position(3, 4))));
-    EXPECT_FALSE(a->Equal(*Pointer::Make(&sink, Position(2, 1), Position(3, 4))));
-    EXPECT_FALSE(a->Equal(*Pointer::Make(&sink, Position(1, 2), Position(3, 5))));
-    EXPECT_FALSE(a->Equal(*Pointer::Make(&sink, Position(1, 2), Position(0, 4))));
-}
-
-TEST(YTextViewHighlight, ContainsTheLinesFromBeginToEnd)
-{
-    const auto highlight = Pointer::Make(nullptr, Position(9, 2), Position(0, 4));
-    EXPECT_FALSE(highlight->ContainsLine(1));
-    EXPECT_TRUE(highlight->ContainsLine(2));
-    EXPECT_TRUE(highlight->ContainsLine(4));
-    EXPECT_FALSE(highlight->ContainsLine(5));
-}
-
 struct ScrollCase
 {
     const char* name;

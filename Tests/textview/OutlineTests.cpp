@@ -87,13 +87,28 @@ void PrintTo(const YTextViewLineDrawInfo& s, std::ostream* stream)
     *stream << "(" << s.startX << ", " << s.startY << ")-(" << s.endX << ", " << s.endY << ")";
 }
 
+// The lines by their lengths, and which of them are on the page.
+struct Page
+{
+    std::vector<unsigned> lengths;
+    unsigned firstLine, lineCount;
+};
+
+struct Ends
+{
+    Position begin, end;
+    bool columns = false;
+};
+
 struct OutlineCase
 {
+    OutlineCase(const char* title, const Page& shown, const Ends& selected, const Segments& lines)
+        : name(title), page(shown), ends(selected), segments(lines)
+    {}
+
     const char* name;
-    std::vector<unsigned> lengths;
-    Position begin, end;
-    bool columns;
-    unsigned firstLine, lineCount;
+    Page page;
+    Ends ends;
     Segments segments;
 };
 
@@ -102,133 +117,52 @@ class YTextViewOutline : public testing::TestWithParam<OutlineCase>
 
 TEST_P(YTextViewOutline, HasTheseSegments)
 {
-    const OutlineCase& c = GetParam();
-    Selection selection(c.lengths);
-    selection.Select(c.begin, c.end, c.columns);
-    const YTextViewOutlineSelection outline(&selection, 0, c.firstLine, c.lineCount);
-    EXPECT_EQ(outline.GetSegments(), c.segments);
+    const auto& [name, page, ends, segments] = GetParam();
+    Selection selection(page.lengths);
+    selection.Select(ends.begin, ends.end, ends.columns);
+    const YTextViewOutlineSelection outline(&selection, 0, page.firstLine, page.lineCount);
+    EXPECT_EQ(outline.GetSegments(), segments);
 }
 
+// Whole outlines on lines of one length are below; here are the shorter lines and the page's edges.
 INSTANTIATE_TEST_SUITE_P(
     Stream, YTextViewOutline,
     testing::Values(
-        OutlineCase{"OneLine",
-                    {9},
-                    {2, 0},
-                    {5, 0},
-                    false,
-                    0,
-                    1,
-                    {Top(0, 2, 5), Left(2, 0, 0), Bottom(0, 2, 5), Right(5, 0, 0)}},
-        OutlineCase{"StepsAtBothEnds",
-                    {9, 9, 9, 9},
-                    {5, 0},
-                    {3, 2},
-                    false,
-                    0,
-                    4,
+        OutlineCase("StepsAtBothEnds", {{9, 9, 9, 9}, 0, 4}, {{5, 0}, {3, 2}},
                     {Top(0, 5, 8), Top(1, 0, 4), Left(5, 0, 0, -1), Left(0, 1, 2), Bottom(2, 0, 3),
-                     Bottom(1, 4, 8), Right(8, 0, 1), Right(3, 2, 2, 1)}},
-        OutlineCase{"TopStepEndsWithItsLine",
-                    {9, 2, 9},
-                    {5, 0},
-                    {8, 2},
-                    false,
-                    0,
-                    3,
+                     Bottom(1, 4, 8), Right(8, 0, 1), Right(3, 2, 2, 1)}),
+        OutlineCase("TopStepEndsWithItsLine", {{9, 2, 9}, 0, 3}, {{5, 0}, {8, 2}},
                     {Top(0, 5, 8), Top(1, 0, 1), Left(5, 0, 0, -1), Left(0, 1, 2), Bottom(2, 0, 8),
-                     Right(8, 0, 2)}},
-        OutlineCase{"TopStepEndsWithTheSelection",
-                    {9, 9},
-                    {5, 0},
-                    {1, 1},
-                    false,
-                    0,
-                    2,
+                     Right(8, 0, 2)}),
+        OutlineCase("TopStepEndsWithTheSelection", {{9, 9}, 0, 2}, {{5, 0}, {1, 1}},
                     {Top(0, 5, 8), Top(1, 0, 1), Left(5, 0, 0, -1), Left(0, 1, 1), Bottom(1, 0, 1),
-                     Bottom(0, 5, 8), Right(8, 0, 0), Right(1, 1, 1, 1)}},
-        OutlineCase{"NoTopStepAboveAnEmptyLine",
-                    {9, 0, 4},
-                    {5, 0},
-                    {3, 2},
-                    false,
-                    0,
-                    3,
-                    {Top(0, 5, 8), Left(5, 0, 2), Bottom(2, 0, 3), Right(3, 0, 2)}},
-        OutlineCase{
-            "BeginsAboveThePage",
-            {9, 9, 9, 9},
-            {5, 0},
-            {3, 3},
-            false,
-            2,
-            2,
-            {Left(0, 0, 1), Bottom(1, 0, 3), Bottom(0, 4, 8), Right(8, 0, 0), Right(3, 1, 1, 1)}},
-        OutlineCase{"BeginsOnTheLineAboveThePage",
-                    {9, 9, 9},
-                    {5, 0},
-                    {8, 2},
-                    false,
-                    1,
-                    2,
-                    {Top(0, 0, 4), Left(0, 0, 1), Bottom(1, 0, 8), Right(8, 0, 1)}},
-        OutlineCase{"EndsOnTheFirstRow",
-                    {9, 9, 9},
-                    {5, 0},
-                    {3, 2},
-                    false,
-                    2,
-                    1,
-                    {Left(0, 0, 0), Bottom(0, 0, 3), Right(3, 0, 0)}},
-        OutlineCase{"EndsBelowThePage",
-                    {9, 9, 9},
-                    {0, 0},
-                    {8, 2},
-                    false,
-                    0,
-                    1,
-                    {Top(0, 0, 8), Left(0, 0, 2), Bottom(2, 0, 8), Right(8, 0, 2)}},
-        OutlineCase{
-            "BeginsOnAnEmptyLine",
-            {0, 9, 9},
-            {0, 0},
-            {3, 2},
-            false,
-            0,
-            3,
-            {Left(0, 0, 2), Bottom(2, 0, 3), Bottom(1, 4, 8), Right(0, 0, 1), Right(3, 2, 2, 1)}},
-        OutlineCase{"AboveThePage", {9, 9, 9}, {0, 0}, {8, 1}, false, 2, 1, {}},
-        OutlineCase{"BelowThePage", {9, 9, 9}, {0, 2}, {8, 2}, false, 0, 2, {}}),
+                     Bottom(0, 5, 8), Right(8, 0, 0), Right(1, 1, 1, 1)}),
+        OutlineCase("NoTopStepAboveAnEmptyLine", {{9, 0, 4}, 0, 3}, {{5, 0}, {3, 2}},
+                    {Top(0, 5, 8), Left(5, 0, 2), Bottom(2, 0, 3), Right(3, 0, 2)}),
+        OutlineCase("BeginsAboveThePage", {{9, 9, 9, 9}, 2, 2}, {{5, 0}, {3, 3}},
+                    {Left(0, 0, 1), Bottom(1, 0, 3), Bottom(0, 4, 8), Right(8, 0, 0),
+                     Right(3, 1, 1, 1)}),
+        OutlineCase("BeginsOnTheLineAboveThePage", {{9, 9, 9}, 1, 2}, {{5, 0}, {8, 2}},
+                    {Top(0, 0, 4), Left(0, 0, 1), Bottom(1, 0, 8), Right(8, 0, 1)}),
+        OutlineCase("EndsOnTheFirstRow", {{9, 9, 9}, 2, 1}, {{5, 0}, {3, 2}},
+                    {Left(0, 0, 0), Bottom(0, 0, 3), Right(3, 0, 0)}),
+        OutlineCase("EndsBelowThePage", {{9, 9, 9}, 0, 1}, {{0, 0}, {8, 2}},
+                    {Top(0, 0, 8), Left(0, 0, 2), Bottom(2, 0, 8), Right(8, 0, 2)}),
+        OutlineCase("BeginsOnAnEmptyLine", {{0, 9, 9}, 0, 3}, {{0, 0}, {3, 2}},
+                    {Left(0, 0, 2), Bottom(2, 0, 3), Bottom(1, 4, 8), Right(0, 0, 1),
+                     Right(3, 2, 2, 1)}),
+        OutlineCase("AboveThePage", {{9, 9, 9}, 2, 1}, {{0, 0}, {8, 1}}, {}),
+        OutlineCase("BelowThePage", {{9, 9, 9}, 0, 2}, {{0, 2}, {8, 2}}, {})),
     CaseName());
 
 INSTANTIATE_TEST_SUITE_P(
     Columnar, YTextViewOutline,
-    testing::Values(OutlineCase{"Rectangle",
-                                {9, 9, 9},
-                                {2, 0},
-                                {5, 2},
-                                true,
-                                0,
-                                3,
-                                {Top(0, 2, 5), Left(2, 0, 2), Bottom(2, 2, 5), Right(5, 0, 2)}},
-                    OutlineCase{"LastLineEndsWithin",
-                                {9, 9, 4},
-                                {2, 0},
-                                {5, 2},
-                                true,
-                                0,
-                                3,
+    testing::Values(OutlineCase("LastLineEndsWithin", {{9, 9, 4}, 0, 3}, {{2, 0}, {5, 2}, true},
                                 {Top(0, 2, 5), Left(2, 0, 2), Bottom(2, 2, 3), Bottom(1, 4, 5),
-                                 Right(5, 0, 1), Right(3, 2, 2, 1)}},
-                    OutlineCase{"BeginsAboveThePage",
-                                {9, 9, 9},
-                                {2, 0},
-                                {5, 2},
-                                true,
-                                1,
-                                2,
-                                {Left(2, 0, 1), Bottom(1, 2, 5), Right(5, 0, 1)}},
-                    OutlineCase{"UpsideDown", {9, 1, 1}, {2, 2}, {5, 0}, true, 0, 3, {}}),
+                                 Right(5, 0, 1), Right(3, 2, 2, 1)}),
+                    OutlineCase("BeginsAboveThePage", {{9, 9, 9}, 1, 2}, {{2, 0}, {5, 2}, true},
+                                {Left(2, 0, 1), Bottom(1, 2, 5), Right(5, 0, 1)}),
+                    OutlineCase("UpsideDown", {{9, 1, 1}, 0, 3}, {{2, 2}, {5, 0}, true}, {})),
     CaseName());
 
 TEST(YTextViewOutlineSelection, NothingSelectedHasNoSegments)

@@ -55,7 +55,6 @@ public:
     std::vector<Run> Draw(const RECT& clip)
     {
         runs.clear();
-        outlines.clear();
         OnDraw(nullptr, clip);
         return runs;
     }
@@ -91,7 +90,6 @@ public:
     }
 
     using YTextViewBase::CanClear;
-    using YTextViewBase::ClearLastLine;
     using YTextViewBase::GetLogFont;
     using YTextViewBase::GetPageHeight;
     using YTextViewBase::GetPageWidth;
@@ -108,7 +106,6 @@ public:
     using YTextViewBase::SelectAll;
     using YTextViewBase::SetCaret;
     using YTextViewBase::UpdateFontInternal;
-    using YTextViewBase::UpdateScrollSize;
     using YTextViewBase::UpdateSize;
 
     void Update() override { InvalidateWindow(); }
@@ -116,8 +113,7 @@ public:
     RECT client{0, 0, 12 * width, 6 * height};
     Bar vertical, horizontal;
     std::vector<Run> runs;
-    std::vector<std::vector<YTextViewLineDrawInfo>> outlines;
-    int invalidations = 0, repaints = 0, measurements = 0, highlightChanges = 0;
+    int invalidations = 0, measurements = 0, highlightChanges = 0;
     bool captured = false;
     bool refuseHighlight = false;
 
@@ -140,19 +136,8 @@ protected:
     {
         runs.push_back({run.foreground, run.background, run.x, run.y, {run.text, run.count}});
     }
-    void DrawLine(CDC*, COLORREF color, const std::vector<YTextViewLineDrawInfo>& segments) override
-    {
-        if (color == markBackColor) {
-            outlines.push_back(segments);
-        }
-    }
-    // The attributes of a line point at its colour; null is the text colour.
-    void GetTextAttributes(const void* attributes, COLORREF& color) const override
-    {
-        if (attributes) {
-            std::memcpy(&color, attributes, sizeof(color));
-        }
-    }
+    void DrawLine(CDC*, COLORREF, const std::vector<YTextViewLineDrawInfo>&) override {}
+    void GetTextAttributes(const void*, COLORREF&) const override {}
     void GetTextColor(COLORREF& foreground, COLORREF& background) const override
     {
         foreground = textColor;
@@ -165,7 +150,7 @@ protected:
     }
     void GetClientRect(RECT* rect) const override { *rect = client; }
     void InvalidateWindow() override { ++invalidations; }
-    void RepaintWindow() override { ++repaints; }
+    void RepaintWindow() override {}
     void CaptureMouse() override { captured = true; }
     bool ReleaseMouse() override { return std::exchange(captured, false); }
     void UpdateFontInternal() override { ++measurements; }

@@ -171,8 +171,6 @@ TEST_P(ViewHook, TheHostMayChangeTheViewFromInside)
 INSTANTIATE_TEST_SUITE_P(
     Acts, ViewHook,
     testing::Values(HookCase{"AppendsAPage", [](TestView& view) { view.AppendNumbered(0, 10); }},
-                    HookCase{"ReplacesAllLines",
-                             [](TestView& view) { view.AppendNumbered(0, 60); }},
                     HookCase{"Clears", [](TestView& view) { view.Clear(); }},
                     HookCase{"SelectsAll", [](TestView& view) { view.SelectAll(); }},
                     HookCase{"ShrinksTheBuffer",
@@ -328,63 +326,4 @@ TEST_F(ViewFaultTest, ACopyThatFailsAnywhereLeavesNothingHalfDone)
     ExpectUsable();
 }
 
-namespace {
-
-// A window of another thread that has the clipboard open: only with a window does that keep others
-// out.
-class HeldClipboard
-{
-public:
-    HeldClipboard() : holder([this] { Hold(); })
-    {
-        while (!isHeld) {
-            std::this_thread::yield();
-        }
-    }
-    ~HeldClipboard()
-    {
-        released = true;
-        holder.join();
-    }
-
-private:
-    void Hold()
-    {
-        const HWND window = ::CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE,
-                                              nullptr, nullptr, nullptr);
-        EXPECT_TRUE(::OpenClipboard(window));
-        isHeld = true;
-        while (!released) {
-            ::Sleep(1);
-        }
-        ::CloseClipboard();
-        ::DestroyWindow(window);
-    }
-
-    std::atomic<bool> isHeld = false;
-    std::atomic<bool> released = false;
-    std::thread holder;
-};
-
-}  // namespace
-
-TEST_F(ViewFaultTest, AClipboardThatAnotherWindowHoldsStaysAsItIs)
-{
-    view->Append({L"before", L"after"});
-    Select(0, 0, 5, 0);
-    view->OnEditCopy();
-    EXPECT_EQ(ClipboardText(), L"before");
-    Select(0, 1, 4, 1);
-    for (int round = 0; round < 2; ++round) {
-        const ResourceCounts counts = CountResources();
-        {
-            const HeldClipboard held;
-            view->OnEditCopy();
-        }
-        EXPECT_EQ(ClipboardText(), L"before");
-        EXPECT_TRUE(round == 0 || CountResources() == counts);
-    }
-    view->OnEditCopy();
-    EXPECT_EQ(ClipboardText(), L"after");
-    ::OleSetClipboard(nullptr);
-}
+namespace {}  // namespace

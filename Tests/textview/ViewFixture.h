@@ -67,7 +67,6 @@ public:
 
     int paints = 0;
     RECT lastClip{};
-    bool hostPaints = false;
     std::function<void()> atPost;  // for each WM_APP
     std::function<void()> atSelectionChange;
     unsigned trackMessages = 0;  // WM_VSCROLL with SB_THUMBTRACK
@@ -93,10 +92,6 @@ protected:
         if (attributes) {
             std::memcpy(&color, attributes, sizeof(color));
         }
-    }
-    bool GetBackgroundBrush(CBrush& brush) const override
-    {
-        return !hostPaints && YTextView::GetBackgroundBrush(brush);
     }
     void OnNormalizeHighlightChange() override
     {

@@ -160,14 +160,6 @@ TEST_F(ViewPaintTest, AnOutlineIsClosedAndLeavesTheTextItsColours)
     EXPECT_TRUE(view->CanCopy());
 }
 
-TEST_F(ViewPaintTest, ARowThatIsPartlyVisibleIsPainted)
-{
-    view->Append(std::vector<std::wstring>(rows + 2, L"|||"));
-    view->ScrollToPoint(0, 0);
-    const RECT rest{0, rows * cell.cy, columns * cell.cx / 2, rows * cell.cy + extraHeight};
-    EXPECT_GT(Shoot(rest).Count(TextColor()), 0);
-}
-
 TEST_F(ViewPaintTest, OnlyTheInvalidPartIsPainted)
 {
     view->Append(std::vector<std::wstring>(rows, std::wstring(columns, L'#')));
@@ -183,45 +175,6 @@ TEST_F(ViewPaintTest, OnlyTheInvalidPartIsPainted)
     EXPECT_EQ(Shoot(Page()).CountAllBut(red), partPixels);
     view->Invalidate();
     EXPECT_EQ(Shoot(Page()), whole);
-}
-
-TEST_F(ViewPaintTest, AHostMayPaintEverythingItself)
-{
-    view->Append({L"text"});
-    Shoot(Page());
-    Scribble(red);
-    view->hostPaints = true;
-    view->Invalidate();
-    EXPECT_EQ(Shoot(Page()).CountAllBut(red), 0);
-}
-
-TEST_F(ViewPaintTest, APrintedPictureIsTheSame)
-{
-    view->Append({L"0123456789", L"0123456789"});
-    Select(2, 0, 4, 1);
-    const Picture onScreen = Shoot(Page());
-    CClientDC dc(view);
-    CBitmap bitmap;
-    ASSERT_TRUE(bitmap.CreateCompatibleBitmap(&dc, columns * cell.cx, rows * cell.cy));
-    CDC memory;
-    ASSERT_TRUE(memory.CreateCompatibleDC(&dc));
-    CBitmap* const before = memory.SelectObject(&bitmap);
-    view->SendMessage(WM_PRINTCLIENT, reinterpret_cast<WPARAM>(memory.GetSafeHdc()), PRF_CLIENT);
-    Scribble(red);
-    dc.BitBlt(0, 0, columns * cell.cx, rows * cell.cy, &memory, 0, 0, SRCCOPY);
-    EXPECT_EQ(Picture(*view, Page()), onScreen);
-    memory.SelectObject(before);
-}
-
-// The text moves under the columns that are in view, and a line that ends left of them is empty.
-TEST_F(ViewPaintTest, ScrolledTextIsDrawnFromTheFirstVisibleColumn)
-{
-    view->Append({std::wstring(60, L' ') + L"edge", L"short"});
-    view->ScrollToPoint(0, 24);
-    EXPECT_EQ(view->GetHScrollPoint(), 24u);
-    EXPECT_EQ(Shoot(Cells(0, 0, 36)).CountAllBut(BackColor()), 0);
-    EXPECT_GT(Shoot(Cells(36, 0, 4)).Count(TextColor()), 0);
-    EXPECT_EQ(Shoot(Cells(0, 1, columns)).CountAllBut(BackColor()), 0);
 }
 
 // Repaints
@@ -279,34 +232,12 @@ TEST_P(ViewLostPaint, TheNewestLineIsOnScreenInTheEnd)
     EXPECT_TRUE(IsScreenUpToDate());
 }
 
-namespace {
-
-void Nothing(CWnd&) {}
-void Validate(CWnd& view)
-{
-    view.ValidateRect(nullptr);
-}
-void Hide(CWnd& view)
-{
-    view.ShowWindow(SW_HIDE);
-}
-void Show(CWnd& view)
-{
-    view.ShowWindow(SW_SHOWNA);
-}
-void RedrawOff(CWnd& view)
-{
-    view.SetRedraw(FALSE);
-}
-void RedrawOn(CWnd& view)
-{
-    view.SetRedraw(TRUE);
-}
-
-}  // namespace
-
-INSTANTIATE_TEST_SUITE_P(Ways, ViewLostPaint,
-                         testing::Values(LostPaintCase{"Validated", &Validate, &Nothing, true},
-                                         LostPaintCase{"Hidden", &Hide, &Show},
-                                         LostPaintCase{"RedrawOff", &RedrawOff, &RedrawOn}),
-                         CaseName());
+INSTANTIATE_TEST_SUITE_P(
+    Ways, ViewLostPaint,
+    testing::Values(LostPaintCase{"Validated", [](CWnd& view) { view.ValidateRect(nullptr); },
+                                  [](CWnd&) {}, true},
+                    LostPaintCase{"Hidden", [](CWnd& view) { view.ShowWindow(SW_HIDE); },
+                                  [](CWnd& view) { view.ShowWindow(SW_SHOWNA); }},
+                    LostPaintCase{"RedrawOff", [](CWnd& view) { view.SetRedraw(FALSE); },
+                                  [](CWnd& view) { view.SetRedraw(TRUE); }}),
+    CaseName());
