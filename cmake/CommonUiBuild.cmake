@@ -61,3 +61,22 @@ if(COMMONUI_CLANG_TIDY)
         --extra-arg=-isystem${headers}/i686-w64-mingw32
         --extra-arg=-isystem/usr/i686-w64-mingw32/include)
 endif()
+
+# commonui_compile_messages(SOURCE.mc HEADER LANGUAGE...): makes the header of the message ids and a
+# table for each language, in the folder that commonui_messages names afterwards. Ids are marked as
+# none of the system's.
+find_program(COMMONUI_WINDMC i686-w64-mingw32-windmc REQUIRED)
+function(commonui_compile_messages source header)
+    get_filename_component(name "${source}" NAME_WE)
+    set(folder "${CMAKE_CURRENT_BINARY_DIR}/messages")
+    file(MAKE_DIRECTORY "${folder}")
+    list(TRANSFORM ARGN REPLACE "(.+)" "${folder}/${name}_\\1.bin" OUTPUT_VARIABLE tables)
+    add_custom_command(
+        OUTPUT "${folder}/${header}" ${tables}
+        COMMAND ${COMMONUI_WINDMC} -c -C 65001 -r "${folder}" -h "${folder}"
+            "${CMAKE_CURRENT_SOURCE_DIR}/${source}"
+        COMMAND ${CMAKE_COMMAND} -E copy_if_different "${folder}/${name}.h" "${folder}/${header}"
+        DEPENDS "${source}"
+        COMMENT "Compiling ${source}")
+    set(commonui_messages "${folder}" PARENT_SCOPE)
+endfunction()

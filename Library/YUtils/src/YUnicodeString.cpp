@@ -24,12 +24,55 @@ int CheckedLength(std::size_t length)
     return static_cast<int>(length);
 }
 
+// The length of a sequence and the range of its second byte, by its lead byte. The range is what
+// keeps out longer forms than needed, halves of pairs, and what lies past the last code point.
+struct Lead
+{
+    unsigned last;  // lead bytes up to this one, from the row above on
+    unsigned continuations;
+    unsigned char low;
+    unsigned char high;
+};
+constexpr Lead leads[] = {
+    {0xDF, 1, 0x80, 0xBF}, {0xE0, 2, 0xA0, 0xBF}, {0xEC, 2, 0x80, 0xBF}, {0xED, 2, 0x80, 0x9F},
+    {0xEF, 2, 0x80, 0xBF}, {0xF0, 3, 0x90, 0xBF}, {0xF3, 3, 0x80, 0xBF}, {0xF4, 3, 0x80, 0x8F},
+};
+
+// Takes one character from the front of the bytes.
+char32_t TakeCharacter(std::string_view& bytes)
+{
+    const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+    const unsigned first = byteAt(0);
+    if (first < 0x80) {
+        bytes.remove_prefix(1);
+        return first;
+    }
+    const Lead* const lead =
+        std::find_if(std::begin(leads), std::end(leads),
+                     [&](const Lead& candidate) { return first <= candidate.last; });
+    if (first < 0xC2 || lead == std::end(leads) || bytes.size() <= lead->continuations ||
+        byteAt(1) < lead->low || byteAt(1) > lead->high) {
+        throw IllegalSequence();
+    }
+    char32_t character = first & (0x3Fu >> lead->continuations);
+    for (std::size_t i = 1; i <= lead->continuations; ++i) {
+        if ((byteAt(i) & 0xC0) != 0x80) {
+            throw IllegalSequence();
+        }
+        character = character << 6 | (byteAt(i) & 0x3F);
+    }
+    bytes.remove_prefix(lead->continuations + 1);
+    return character;
+}
+
 std::wstring_view ViewOf(const wchar_t* text)
 {
     return text ? std::wstring_view(text) : std::wstring_view();
 }
 
 }  // namespace
+
+IllegalSequence::~IllegalSequence() = default;
 
 YUnicodeString::YUnicodeString(const wchar_t* initial, Str::SensitiveState state)
     : YUnicodeString(ViewOf(initial), state)
@@ -104,6 +147,22 @@ YUnicodeString YUnicodeString::FromBytes(std::string_view bytes, unsigned codePa
     const int length = ::MultiByteToWideChar(codePage, 0, bytes.data(), size, nullptr, 0);
     result.text.resize(static_cast<std::size_t>(length));
     ::MultiByteToWideChar(codePage, 0, bytes.data(), size, result.text.data(), length);
+    return result;
+}
+
+YUnicodeString YUnicodeString::FromUtf8(std::string_view bytes, Str::SensitiveState state)
+{
+    YUnicodeString result(state);
+    result.text.reserve(bytes.size());  // never too little: nothing is left behind by growing
+    while (!bytes.empty()) {
+        const char32_t character = TakeCharacter(bytes);
+        if (character < 0x10000) {
+            result.text.push_back(static_cast<wchar_t>(character));
+        } else {
+            result.text.push_back(static_cast<wchar_t>(0xD7C0 + (character >> 10)));
+            result.text.push_back(static_cast<wchar_t>(0xDC00 + (character & 0x3FF)));
+        }
+    }
     return result;
 }
 

@@ -6,6 +6,7 @@
 #include <atlstr.h>
 
 #include <compare>
+#include <exception>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,16 @@ namespace Str {
 enum SensitiveState { NotSensitive, Sensitive };
 
 }  // namespace Str
+
+// Bytes that are not UTF-8.
+class COMMONUI_API IllegalSequence : public std::exception
+{
+public:
+    IllegalSequence() = default;
+    IllegalSequence(const IllegalSequence&) = default;
+    IllegalSequence& operator=(const IllegalSequence&) = default;
+    ~IllegalSequence() override;
+};
 
 // A UTF-16 string; it may hold NUL characters. Sensitive text is overwritten before its memory is
 // given back: on destruction, on assignment and when it moves to a larger block. Whatever gets a
@@ -46,6 +57,11 @@ public:
     static YUnicodeString FromBytes(std::string_view bytes, unsigned codePage = CP_ACP,
                                     Str::SensitiveState state = Str::NotSensitive);
     std::string ToBytes(unsigned codePage = CP_ACP) const;
+    // UTF-8, strictly. Throws IllegalSequence for a bad lead byte, a bad or missing continuation
+    // byte (one that makes a longer form than needed or half of a pair, too) and for what lies past
+    // 0x10FFFF.
+    static YUnicodeString FromUtf8(std::string_view bytes,
+                                   Str::SensitiveState state = Str::NotSensitive);
 
     const wchar_t* c_str() const noexcept { return text.c_str(); }  // until the next change
     unsigned GetLength() const noexcept { return static_cast<unsigned>(text.size()); }  // units
