@@ -47,6 +47,23 @@ std::wstring Fallback(const wchar_t* hexadecimal)
 
 }  // namespace
 
+TEST(MessageLanguage, IsTheOneThatTheTestWasStartedFor)
+{
+    wchar_t locale[40] = L"";
+    ::GetEnvironmentVariableW(L"COMMONUI_LOCALE", locale, 40);
+    EXPECT_EQ(IsFrench(), std::wstring(locale).starts_with(L"fr"));
+}
+
+TEST(MessageLanguage, CanBeChosenByTheHost)
+{
+    YSetMessageLanguage(MAKELANGID(LANG_FRENCH, SUBLANG_FRENCH_CANADIAN));
+    EXPECT_STREQ(YReportMessageParams(MSG_FIND_TITLE).GetText(), L"Rechercher\r\n");
+    EXPECT_EQ(TextOf(TEST_TWELFTH), L"%12") << "there is no French one";
+    YSetMessageLanguage(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US));
+    EXPECT_STREQ(YReportMessageParams(MSG_FIND_TITLE).GetText(), L"Find\r\n");
+    YSetMessageLanguage(MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT));
+}
+
 // The texts of others
 
 struct InsertCase

@@ -3,6 +3,7 @@
 #include "YUniqueHandle.h"
 
 #include <algorithm>
+#include <atomic>
 
 InvalidParameter::~InvalidParameter() = default;
 
@@ -10,18 +11,14 @@ MessageNotFound::~MessageNotFound() = default;
 
 namespace {
 
-struct LocalMemoryTraits
-{
-    using Handle = HLOCAL;
-    static Handle Invalid() noexcept { return nullptr; }
-    static void Close(Handle block) noexcept { ::LocalFree(block); }
-};
-
 class FormatterFailure : public std::exception
 {
 public:
     const char* what() const noexcept override { return "FormatMessage"; }
 };
+
+constexpr LANGID usersLanguage = MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT);
+std::atomic<LANGID> chosenLanguage{usersLanguage};
 
 [[noreturn]] void ThrowFailure(DWORD error)
 {
@@ -45,18 +42,29 @@ std::vector<DWORD_PTR> Pad(const std::vector<DWORD_PTR>& arguments)
     return padded;
 }
 
-// The language of the user: number 0 would let the formatter choose a neutral text first.
+wchar_t* Allocate(DWORD flags, const void* source, unsigned id, LANGID language,
+                  std::vector<DWORD_PTR>& arguments, DWORD& length)
+{
+    wchar_t* formatted = nullptr;
+    length =
+        ::FormatMessageW(flags | FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_ARGUMENT_ARRAY,
+                         source, id, language, reinterpret_cast<wchar_t*>(&formatted), 0,
+                         reinterpret_cast<va_list*>(arguments.data()));
+    return formatted;
+}
+
 std::wstring Format(DWORD flags, const void* source, unsigned id,
                     const std::vector<DWORD_PTR>& arguments)
 {
     std::vector<DWORD_PTR> padded = Pad(arguments);
-    wchar_t* formatted = nullptr;
-    const DWORD length = ::FormatMessageW(
-        flags | FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_ARGUMENT_ARRAY, source, id,
-        MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), reinterpret_cast<wchar_t*>(&formatted), 0,
-        reinterpret_cast<va_list*>(padded.data()));
+    const LANGID language = chosenLanguage;
+    DWORD length = 0;
+    wchar_t* formatted = Allocate(flags, source, id, language, padded, length);
+    if (!formatted && language != usersLanguage) {
+        formatted = Allocate(flags, source, id, usersLanguage, padded, length);
+    }
     const DWORD error = ::GetLastError();
-    const YUniqueHandle<LocalMemoryTraits> owner(formatted);
+    const YUniqueLocalMemory owner(formatted);
     if (!formatted) {
         ThrowFailure(error);
     }
@@ -64,6 +72,11 @@ std::wstring Format(DWORD flags, const void* source, unsigned id,
 }
 
 }  // namespace
+
+void YSetMessageLanguage(LANGID language)
+{
+    chosenLanguage = language;
+}
 
 std::wstring YFormatMessage(HMODULE module, unsigned id, DWORD flags,
                             const std::vector<DWORD_PTR>& arguments)

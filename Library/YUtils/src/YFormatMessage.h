@@ -34,8 +34,12 @@ public:
 // std::exception whose what() is "FormatMessage"; GetLastError() tells the code. Missing arguments
 // are empty: a text never reads past what it was given.
 
-// Message id of the module, or of the system with FORMAT_MESSAGE_FROM_SYSTEM in flags, in the
-// user's language. Flags may hold a width (255: one line) and FORMAT_MESSAGE_IGNORE_INSERTS.
+// The language of texts from message tables, for a host that lets its user choose one; any thread.
+// At first, and with MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), it is the user's, which also serves
+// where a text does not exist in the chosen one.
+COMMONUI_API void YSetMessageLanguage(LANGID language);
+
+// Message id of the module, or of the system with FORMAT_MESSAGE_FROM_SYSTEM in flags. Flags may hold a width (255: one line) and FORMAT_MESSAGE_IGNORE_INSERTS.
 COMMONUI_API std::wstring YFormatMessage(HMODULE module, unsigned id, DWORD flags,
                                          const std::vector<DWORD_PTR>& arguments = {});
 

@@ -1,6 +1,9 @@
 // YRect.h: points and rectangles, whole and fractional.
 #pragma once
 
+#include "CommonUiApi.h"
+#include "YUnicodeString.h"
+
 #include <atltypes.h>
 
 #include <utility>
@@ -63,5 +66,20 @@ struct YRectOf
     bool operator==(const YRectOf&) const = default;
 };
 
-using YRect = YRectOf<int>;
 using YRectF = YRectOf<double>;
+
+// A whole rectangle has a text as well: bottom, right, top and left as decimal numbers, separated
+// by commas. The order is the reverse of every other one here; it stays, because the settings of
+// earlier releases are full of such texts.
+struct YRect : YRectOf<int>
+{
+    using YRectOf::YRectOf;
+
+    YRect() = default;
+    // What is no rectangle's text becomes an empty rectangle at the origin.
+    COMMONUI_API explicit YRect(const wchar_t* text);
+
+    // False: rect is as it was. Blanks may stand round the numbers, and nothing else.
+    COMMONUI_API static bool Parse(const wchar_t* text, YRect& rect);
+    COMMONUI_API YUnicodeString ToString() const;  // "4, 3, 2, 1" for the sides 1, 2, 3, 4
+};

@@ -50,6 +50,23 @@ struct YGlobalMemoryTraits
 };
 using YUniqueGlobalMemory = YUniqueHandle<YGlobalMemoryTraits>;
 
+// A block that the system allocated for its caller.
+struct YLocalMemoryTraits
+{
+    using Handle = HLOCAL;
+    static Handle Invalid() noexcept { return nullptr; }
+    static void Close(Handle block) noexcept { ::LocalFree(block); }
+};
+using YUniqueLocalMemory = YUniqueHandle<YLocalMemoryTraits>;
+
+struct YFileTraits
+{
+    using Handle = HANDLE;
+    static Handle Invalid() noexcept { return INVALID_HANDLE_VALUE; }
+    static void Close(Handle file) noexcept { ::CloseHandle(file); }
+};
+using YUniqueFile = YUniqueHandle<YFileTraits>;
+
 // Holds a block of global memory locked. Get() is null when locking failed. A failed unlock is
 // ignored, as there is nothing to do about it; the last-error code survives the unlocking.
 class YGlobalLock

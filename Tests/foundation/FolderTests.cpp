@@ -1,0 +1,323 @@
+#include "IString.h"
+#include "YFolders.h"
+#include "YLongPath.h"
+#include "YMessages.h"
+#include "YReportMessageParams.h"
+
+#include "support/ImportHook.h"
+
+#include <afxwin.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <knownfolders.h>
+#include <shlobj.h>
+
+namespace {
+
+using namespace std::string_literals;
+namespace fs = std::filesystem;
+
+const std::wstring longPrefix = L"\\\\?\\";
+
+// What the library's calls for files meet: a fault of all that make one (without a code for
+// ERROR_SUCCESS), or a system that takes long paths in their prefixed form only.
+class PlayedFiles
+{
+public:
+    enum Fault { Always, LongPaths };
+    PlayedFiles(Fault playedFault, DWORD codeOfIt)
+    {
+        fault = playedFault;
+        code = codeOfIt;
+    }
+
+private:
+    static bool IsRefused(std::wstring_view path)
+    {
+        const bool isLong = path.size() >= MAX_PATH && !path.starts_with(longPrefix);
+        if ((fault == Always || isLong) && code != ERROR_SUCCESS) {
+            ::SetLastError(code);
+        }
+        return fault == Always || isLong;
+    }
+    static DWORD WINAPI GetAttributes(LPCWSTR path)
+    {
+        return fault == LongPaths && IsRefused(path) ? INVALID_FILE_ATTRIBUTES
+                                                     : ::GetFileAttributesW(path);
+    }
+    static HANDLE WINAPI Create(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES sec,
+                                DWORD disposition, DWORD flags, HANDLE like)
+    {
+        return IsRefused(path) ? INVALID_HANDLE_VALUE
+                               : ::CreateFileW(path, access, share, sec, disposition, flags, like);
+    }
+
+    static inline Fault fault;
+    static inline DWORD code;
+    ImportHook attributes{L"CommonUi.dll", "kernel32.dll", "GetFileAttributesW", &GetAttributes};
+    ImportHook file{L"CommonUi.dll", "kernel32.dll", "CreateFileW", &Create};
+};
+
+// The shell's dialog and the user before it.
+class PlayedDialog
+{
+public:
+    explicit PlayedDialog(std::wstring chosenFolder) { chosen = std::move(chosenFolder); }
+
+    static inline std::wstring chosen;  // empty: cancelled
+    static inline std::wstring start;
+
+private:
+    static LRESULT WINAPI Send(HWND, UINT message, WPARAM isPath, LPARAM path)
+    {
+        start = message == BFFM_SETSELECTIONW && isPath ? reinterpret_cast<wchar_t*>(path) : L"?";
+        return 0;
+    }
+    static PIDLIST_ABSOLUTE WINAPI Browse(LPBROWSEINFOW browse)
+    {
+        EXPECT_TRUE(browse->hwndOwner && browse->lpszTitle == L"Choose"s);
+        const ImportHook select(L"CommonUi.dll", "user32.dll", "SendMessageW", &Send);
+        start.clear();
+        if (browse->lpfn) {
+            browse->lpfn(nullptr, BFFM_INITIALIZED, 0, browse->lParam);
+        }
+        return chosen.empty() ? nullptr : ::ILCreateFromPathW(chosen.c_str());
+    }
+
+    ImportHook hook{L"CommonUi.dll", "shell32.dll", "SHBrowseForFolderW", &Browse};
+};
+
+FARPROC WINAPI GetNoFunction(HMODULE, LPCSTR)
+{
+    return nullptr;
+}
+
+struct RecordedString : IString
+{
+    void Assign(const wchar_t* assigned, Str::SensitiveState state) override
+    {
+        text = state == Str::NotSensitive ? assigned : L"sensitive";
+    }
+    std::wstring text;
+};
+
+// A folder of the test's own.
+class YFoldersTest : public testing::Test
+{
+protected:
+    YFoldersTest() { fs::create_directory(folder); }
+    ~YFoldersTest() override
+    {
+        std::error_code ignored;
+        fs::remove_all(folder, ignored);
+    }
+
+    static void ExpectRefused(const std::wstring& refused, unsigned message)
+    {
+        YUnicodeString checked(refused);
+        YReportMessageParams error(MSG_FIND_WHAT);
+        error.AddInsert(L"an earlier one");
+        EXPECT_FALSE(IsValidConfigFolder(checked, error));
+        EXPECT_EQ(error.GetMessageId(), message);
+        EXPECT_NE(std::wstring(error.GetText()).find(L"'" + refused + L"'"), std::wstring::npos);
+        EXPECT_EQ(checked, YUnicodeString(refused));
+    }
+    static void ExpectValid(const std::wstring& valid, const std::wstring& fullPath)
+    {
+        YUnicodeString checked(valid);
+        YReportMessageParams error;
+        EXPECT_TRUE(IsValidConfigFolder(checked, error));
+        EXPECT_EQ(checked, YUnicodeString(fullPath));
+    }
+
+    const std::wstring folder = fs::temp_directory_path().wstring() + L"CommonUiTests" +
+                                std::to_wstring(::GetCurrentProcessId());
+};
+
+}  // namespace
+
+TEST(YSharedFolders, AreKeptApart)
+{
+    const auto set = {&SetOrxConfigPathSub, &SetOrxInstallPathSub, &SetOrxSshDataPathSub,
+                      &SetOrxUserDataPathSub};
+    const auto get = {&GetOrxConfigPathSub, &GetOrxInstallPathSub, &GetOrxSshDataPathSub,
+                      &GetOrxUserDataPathSub};
+    const auto readAll = [&] {
+        std::wstring all;
+        for (const auto& function : get) {
+            RecordedString string;
+            function(&string);
+            all += string.text + L";";
+        }
+        return all;
+    };
+    EXPECT_EQ(readAll(), L";;;;");
+    int count = 0;
+    for (const auto& function : set) {
+        function(std::to_wstring(++count).c_str());
+    }
+    EXPECT_EQ(readAll(), L"1;2;3;4;");
+    for (const auto& function : set) {
+        function(nullptr);
+    }
+    EXPECT_EQ(readAll(), L";;;;");
+}
+
+TEST_F(YFoldersTest, FolderThatTakesFilesIsValidAndStaysAsItWas)
+{
+    wchar_t before[MAX_PATH];
+    ::GetCurrentDirectoryW(MAX_PATH, before);
+    ::SetCurrentDirectoryW(folder.c_str());
+    fs::create_directory(L"sub");
+    ExpectValid(L"sub", folder + L"\\sub");
+    EXPECT_TRUE(fs::is_empty(L"sub"));
+    ExpectValid(folder + L"\\sub\\..\\", folder + L"\\");
+    ::SetCurrentDirectoryW(before);
+}
+
+TEST_F(YFoldersTest, FolderThatTakesNoFilesIsRefused)
+{
+    std::ofstream(fs::path(folder + L"\\file")).put('x');
+    for (const wchar_t* name : {L"\\missing", L"\\missing\\too", L"\\file"}) {
+        ExpectRefused(folder + name, MSG_FOLDER_NOT_VALID);
+    }
+    for (const DWORD code : {ERROR_ACCESS_DENIED, ERROR_DISK_FULL}) {
+        const PlayedFiles played(PlayedFiles::Always, code);
+        ExpectRefused(folder,
+                      code == ERROR_ACCESS_DENIED ? MSG_FOLDER_DENIED : MSG_FOLDER_NOT_VALID);
+    }
+    const PlayedFiles silent(PlayedFiles::Always, ERROR_SUCCESS);
+    ::SetLastError(ERROR_ACCESS_DENIED);  // of something else, long ago
+    ExpectValid(folder, folder);
+}
+
+// Who runs the tests may perhaps write everywhere else.
+TEST_F(YFoldersTest, FolderOfSomebodyElseIsDenied)
+{
+    const wchar_t kernel[] = L"Z:\\sys";
+    const HANDLE file = ::CreateFileW((kernel + L"\\commonui"s).c_str(), GENERIC_WRITE, 0, nullptr,
+                                      CREATE_NEW, FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    if (file != INVALID_HANDLE_VALUE || ::GetLastError() != ERROR_ACCESS_DENIED) {
+        ::CloseHandle(file);
+        GTEST_SKIP() << "no folder here is denied to everyone";
+    }
+    ExpectRefused(kernel, MSG_FOLDER_DENIED);
+}
+
+TEST_F(YFoldersTest, LongPathIsAsGoodAsAShortOne)
+{
+    std::vector<std::wstring> made{folder};
+    while (made.back().size() < MAX_PATH + 40) {
+        made.push_back(made.back() + L"\\" + std::wstring(50, L'x'));
+        ASSERT_TRUE(::CreateDirectoryW((longPrefix + made.back()).c_str(), nullptr));
+    }
+    for (const DWORD code : {ERROR_FILENAME_EXCED_RANGE, ERROR_PATH_NOT_FOUND}) {
+        const PlayedFiles played(PlayedFiles::LongPaths, code);
+        ExpectValid(made.back(), made.back());
+        ExpectRefused(made.back() + L"\\missing", MSG_FOLDER_NOT_VALID);
+    }
+    for (; made.size() > 1; made.pop_back()) {
+        EXPECT_TRUE(::RemoveDirectoryW((longPrefix + made.back()).c_str()));  // it is empty
+    }
+}
+
+TEST(YLongPath, IsTriedOnceAndOnlyWhereItCanHelp)
+{
+    std::vector<std::wstring> tried;
+    const auto run = [&](const wchar_t* path, DWORD code) {
+        tried.clear();
+        return YRunWithLongPath(path, [&](const wchar_t* name) {
+            tried.emplace_back(name);
+            ::SetLastError(code);
+            return tried.size() > 1;
+        });
+    };
+    EXPECT_TRUE(run(L"\\\\server\\share\\a", ERROR_FILENAME_EXCED_RANGE));
+    EXPECT_EQ(tried.back(), L"\\\\?\\UNC\\server\\share\\a");
+    EXPECT_TRUE(run(L"z:\\a", ERROR_PATH_NOT_FOUND));
+    EXPECT_EQ(tried.back(), L"\\\\?\\z:\\a");
+    EXPECT_FALSE(run(L"z:\\a", ERROR_FILE_NOT_FOUND));
+    for (const wchar_t* path : {L"C:\\", L"", L"C:/a", L"C:folder", L"1:\\a", L"folder\\file",
+                                L"\\folder", L"\\\\?\\C:\\a", L"\\\\.\\COM1"}) {
+        EXPECT_FALSE(run(path, ERROR_PATH_NOT_FOUND)) << path;
+        EXPECT_EQ(::GetLastError(), DWORD{ERROR_PATH_NOT_FOUND});
+    }
+}
+
+TEST_F(YFoldersTest, TypedPathIsSplit)
+{
+    std::wstring absent = L"A:\\";
+    while (::GetDriveTypeW(absent.c_str()) != DRIVE_NO_ROOT_DIR) {
+        ++absent[0];
+    }
+    std::ofstream(fs::path(folder + L"\\file.txt")).put('x');
+    const std::wstring existing = longPrefix + folder;  // does not begin with a drive
+    const struct
+    {
+        std::wstring path, directory, fileName;
+        bool result;
+    } cases[] = {{L"C:\\", L"C:", L"", true},
+                 {L"C:\\folder\\new\\\\", L"C:\\folder\\new", L"", true},
+                 {L"relative", L"relative", L"", true},
+                 {absent + L"a", absent + L"a", L"", false},
+                 {existing, existing, L"", true},
+                 {existing + L"\\file.txt", existing, L"file.txt", true},
+                 {existing + L"\\new.txt", existing, L"new.txt", true},
+                 {existing + L"\\no/new.txt", existing + L"\\no", L"new.txt", false},
+                 {L"", L"before", L"before", false}};
+    for (const auto& c : cases) {
+        YUnicodeString directory(L"before");
+        YUnicodeString fileName(L"before");
+        EXPECT_EQ(YExtractLocalDirectory(c.path.c_str(), directory, fileName), c.result) << c.path;
+        EXPECT_EQ(directory, YUnicodeString(c.directory));
+        EXPECT_EQ(fileName, YUnicodeString(c.fileName)) << c.path;
+    }
+}
+
+TEST_F(YFoldersTest, ChosenFolderGoesIntoTheEditControlIfItIsValid)
+{
+    CWnd edit;
+    edit.CreateEx(0, L"EDIT", L"typed", WS_POPUP, CRect(0, 0, 100, 20), nullptr, 0);
+    YReportMessageParams error;
+    const auto browse = [&](const wchar_t* initial, const wchar_t* fallback) {
+        const bool isChosen =
+            OnBrowseLocalFolderHelper(&edit, &edit, L"Choose", error, initial, fallback);
+        CString text;
+        edit.GetWindowText(text);
+        EXPECT_EQ(text, isChosen ? folder.c_str() : L"typed");
+        return isChosen;
+    };
+    PlayedDialog dialog(L"");
+    EXPECT_FALSE(browse(L"missing", L"C:\\windows"));
+    EXPECT_EQ(PlayedDialog::start, L"C:\\windows");
+    EXPECT_EQ(error.GetMessageId(), 0u);  // cancelled
+    PlayedDialog::chosen = folder;
+    {
+        const PlayedFiles denied(PlayedFiles::Always, ERROR_ACCESS_DENIED);
+        EXPECT_FALSE(browse(nullptr, nullptr));
+        EXPECT_EQ(PlayedDialog::start, L"");
+        EXPECT_EQ(error.GetMessageId(), unsigned{MSG_FOLDER_DENIED});
+    }
+    EXPECT_TRUE(browse(L"C:\\windows", folder.c_str()));
+    EXPECT_EQ(PlayedDialog::start, L"C:\\windows");
+    EXPECT_TRUE(browse(L"C:\\windows", nullptr));
+    EXPECT_EQ(PlayedDialog::start, folder);  // from the edit control
+}
+
+TEST(YKnownFolder, IsFoundWhereTheSystemHasIt)
+{
+    YUnicodeString found(L"before");
+    EXPECT_FALSE(YGetKnownFolder(GUID{}, found));
+    {
+        const ImportHook hook(L"CommonUi.dll", "kernel32.dll", "GetProcAddress", &GetNoFunction);
+        EXPECT_FALSE(YGetKnownFolder(FOLDERID_RoamingAppData, found));
+    }
+    EXPECT_EQ(found, L"before");
+    EXPECT_TRUE(YGetKnownFolder(FOLDERID_RoamingAppData, found));
+    EXPECT_TRUE(fs::is_directory(found.c_str()));
+}
