@@ -1,0 +1,90 @@
+// SafeFile.h: files that several programs read and replace, and that no crash leaves half-written.
+#pragma once
+
+#include <YUniqueHandle.h>
+
+#include <windows.h>
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+
+// The functions return Win32 codes. Where another program holds a file they try again for as long
+// as a virus scanner or an indexer usually takes, patienceMilliseconds in all, and then give up.
+constexpr DWORD patienceMilliseconds = 1500;
+
+struct SafeFileTraits
+{
+    using Handle = HANDLE;
+    static Handle Invalid() noexcept { return INVALID_HANDLE_VALUE; }
+    static void Close(Handle file) noexcept { ::CloseHandle(file); }
+};
+using UniqueSafeFile = YUniqueHandle<SafeFileTraits>;
+
+// Tells one state of a file from another. All 0: there is no file.
+struct FileStamp
+{
+    DWORD volume = 0;
+    ULONGLONG index = 0;  // on the volume; another one after each replacement
+    ULONGLONG size = 0;  // bytes
+    ULONGLONG writeTime = 0;
+
+    bool operator==(const FileStamp&) const = default;
+    explicit operator bool() const { return *this != FileStamp(); }
+};
+
+FileStamp GetFileStamp(const std::wstring& path);
+
+struct MutexTraits
+{
+    using Handle = HANDLE;
+    static Handle Invalid() noexcept { return nullptr; }
+    static void Close(Handle mutex) noexcept { ::CloseHandle(mutex); }
+};
+
+// Keeps other processes from changing the file in the same way. What keeps them out is that
+// "path.lock" is open: that holds on a network share and for other sessions too, and the system
+// deletes that file with its last handle, however the process ends. But whoever waits for it can
+// only try again and again, and might never have the luck against one that saves all the time; so
+// the processes of a session queue up at a mutex first. Makes the file's folder where that is
+// missing.
+class FileLock
+{
+public:
+    explicit FileLock(const std::wstring& path, DWORD milliseconds = patienceMilliseconds);
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+    ~FileLock();
+
+    DWORD GetError() const { return error; }  // ERROR_SUCCESS: held
+
+private:
+    DWORD AwaitTurn(DWORD milliseconds);
+
+    YUniqueHandle<MutexTraits> mutex;  // null: does without
+    bool isMutexOwned = false;
+    UniqueSafeFile file;
+    DWORD error;
+};
+
+// ERROR_FILE_TOO_LARGE: more than maxBytes, nothing was read.
+DWORD ReadWholeFile(const std::wstring& path, std::size_t maxBytes, std::string& bytes,
+                    FileStamp& stamp);
+
+// The caller holds the lock for the three below. Whatever happens on the way, the file is the whole
+// old one or the whole new one.
+DWORD ReplaceWholeFile(const std::wstring& path, std::string_view bytes, FileStamp& stamp);
+
+// Ends what a dead process has begun: its temporary file takes the place of a missing file where it
+// is whole, else it goes.
+void SettleTemporaryFile(const std::wstring& path,
+                         const std::function<bool(std::string_view)>& isWhole);
+bool HasTemporaryFile(const std::wstring& path);
+
+// A file that is of no use as it is gets the first free name of path.bad, path.bad2, ...
+// path.bad9. keptAs stays empty, and the file where it is, when there is none.
+DWORD KeepFileAside(const std::wstring& path, std::wstring& keptAs);
+
+// With its temporary file. ERROR_FILE_NOT_FOUND: there is none.
+DWORD DeleteWholeFile(const std::wstring& path);
