@@ -4,6 +4,7 @@
 #include "ViewHost.h"
 
 #include <ConsoleOptions.h>
+#include <ConsoleSettings.h>
 #include <ConsoleView.h>
 #include <MainFrame.h>
 
@@ -67,9 +68,11 @@ void WaitUntilLoaded(const MainFrame& frame)
 void LoadInSample(benchmark::State& state)
 {
     const std::wstring path = GetLogFile().GetPath();
-    auto* frame = new MainFrame;  // deletes itself with its window
+    ConsoleSettings settings;
+    auto* frame = new MainFrame(settings);  // deletes itself with its window
     ConsoleOptions options;
-    if (!frame->Load(options)) {
+    int show = SW_SHOWNORMAL;
+    if (!frame->Load(options, show)) {
         state.SkipWithError("the sample's window could not be made");
         return;
     }

@@ -48,6 +48,7 @@
 #define ON_WM_DESTROY() AFX_WM(WM_DESTROY, AfxSig_Plain, OnDestroy)
 #define ON_WM_NCDESTROY() AFX_WM(WM_NCDESTROY, AfxSig_Plain, OnNcDestroy)
 #define ON_WM_CLOSE() AFX_WM(WM_CLOSE, AfxSig_Plain, OnClose)
+#define ON_WM_ENDSESSION() AFX_WM(WM_ENDSESSION, AfxSig_Enable, OnEndSession)
 #define ON_WM_SIZE() AFX_WM(WM_SIZE, AfxSig_Size, OnSize)
 #define ON_WM_MOVE() AFX_WM(WM_MOVE, AfxSig_Move, OnMove)
 #define ON_WM_SHOWWINDOW() AFX_WM(WM_SHOWWINDOW, AfxSig_ShowWindow, OnShowWindow)

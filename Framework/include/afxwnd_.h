@@ -220,6 +220,7 @@ protected:
     afx_msg void OnDestroy() { Default(); }
     afx_msg void OnNcDestroy();
     afx_msg void OnClose() { Default(); }
+    afx_msg void OnEndSession(BOOL) { Default(); }
     afx_msg void OnSize(UINT, int, int) { Default(); }
     afx_msg void OnMove(int, int) { Default(); }
     afx_msg void OnShowWindow(BOOL, UINT) { Default(); }

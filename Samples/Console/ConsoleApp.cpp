@@ -1,10 +1,17 @@
 #include "ConsoleApp.h"
 
+#include "ConsoleMessages.h"
 #include "ConsoleOptions.h"
+#include "ConsoleText.h"
 #include "MainFrame.h"
 
+#include <CommonUiInit.h>
+#include <YFolders.h>
+#include <YMessageBox.h>
+#include <YReportMessageParams.h>
 #include <afxole.h>
 
+#include <knownfolders.h>
 #include <shellapi.h>
 
 BEGIN_MESSAGE_MAP(ConsoleApp, CWinApp)
@@ -15,6 +22,11 @@ namespace {
 
 ConsoleApp application;
 
+YProfileStoreFactory* GetProfileStoreFactory()
+{
+    return application.GetProfiles();
+}
+
 ConsoleOptions ParseCommandLine()
 {
     int count = 0;
@@ -22,6 +34,40 @@ ConsoleOptions ParseCommandLine()
     ConsoleOptions options = ParseConsoleOptions(arguments ? count : 0, arguments);
     ::LocalFree(arguments);
     return options;
+}
+
+YReportMessageParams MakeMessage(unsigned id)
+{
+    return YReportMessageParams(id, ::AfxGetInstanceHandle());
+}
+
+void Show(const YReportMessageParams& message, unsigned style = MB_ICONEXCLAMATION)
+{
+    YMessageBox(::AfxGetMainWnd(), &message, style);
+}
+
+void ShowUsage(const YReportMessageParams& error)
+{
+    const YReportMessageParams usage = MakeMessage(CONSOLE_USAGE);
+    if (error.GetMessageId() == 0) {
+        Show(usage, MB_ICONINFORMATION);
+        return;
+    }
+    YReportMessageParams message = MakeMessage(CONSOLE_WRONG_COMMAND_LINE);
+    message.AddInsert(error.GetTrimmedText());
+    message.AddInsert(usage.GetTrimmedText());
+    Show(message);
+}
+
+// On whichever thread used the settings; all of ours do so on the window's.
+void TellIncident(const ProfileReport& report)
+{
+    const bool isDamaged = report.incident == ProfileReport::Incident::FileDamaged;
+    YReportMessageParams message =
+        MakeMessage(isDamaged ? CONSOLE_SETTINGS_DAMAGED : CONSOLE_SETTINGS_NOT_SAVED);
+    message.AddInsert(isDamaged ? report.file.c_str() : report.error.GetTrimmedText());
+    message.AddInsert(report.keptAs.empty() ? report.file : report.keptAs);
+    Show(message);
 }
 
 }  // namespace
@@ -33,18 +79,60 @@ BOOL ConsoleApp::InitInstance()
         return FALSE;
     }
     const ConsoleOptions options = ParseCommandLine();
-    if (options.help || !options.error.empty()) {
-        ::AfxMessageBox((options.error + L"\n\n" + consoleUsage).c_str());
+    UseLanguage(options.language != 0 ? options.language
+                                      : GetOwnLanguage(::GetUserDefaultUILanguage()));
+    if (options.help || options.error.GetMessageId() != 0) {
+        ShowUsage(options.error);
         return FALSE;
     }
-    auto* const frame = new MainFrame;  // deletes itself with its window
-    if (!frame->Load(options)) {
+    if (!OpenProfiles(options)) {
         return FALSE;
+    }
+    CommonUiInit(nullptr, &GetProfileStoreFactory, nullptr);
+    LoadSettings();
+    ShowWindow(options);
+    return m_pMainWnd != nullptr;
+}
+
+// A folder that the user names must be one that can hold settings. The program's own is made where
+// it is missing, by the first save.
+bool ConsoleApp::OpenProfiles(const ConsoleOptions& options)
+{
+    YUnicodeString folder(options.settings.c_str());
+    YReportMessageParams error;
+    if (!folder.IsEmpty() && !IsValidConfigFolder(folder, error)) {
+        Show(error);
+        return false;
+    }
+    if (folder.IsEmpty() && YGetKnownFolder(FOLDERID_RoamingAppData, folder)) {
+        folder += L"\\CommonUi Console";
+    }
+    SetOrxConfigPathSub(folder.c_str());
+    profiles = std::make_unique<FolderProfileFactory>(folder.c_str(), &TellIncident);
+    return true;
+}
+
+void ConsoleApp::LoadSettings()
+{
+    YReportMessageParams error;
+    if (!settings.Load(error)) {
+        YReportMessageParams message = MakeMessage(CONSOLE_SETTINGS_NOT_READ);
+        message.AddInsert(error.GetTrimmedText());
+        Show(message);
+    }
+}
+
+void ConsoleApp::ShowWindow(const ConsoleOptions& options)
+{
+    auto* const frame = new MainFrame(settings);  // deletes itself with its window
+    int show = m_nCmdShow;
+    if (!frame->Load(options, show)) {
+        return;
     }
     m_pMainWnd = frame;
+    m_nCmdShow = show;
     frame->InitialUpdateFrame(nullptr, TRUE);
     if (!options.file.empty()) {
         frame->Open(options.file);
     }
-    return TRUE;
 }

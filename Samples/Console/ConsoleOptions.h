@@ -1,6 +1,8 @@
 // ConsoleOptions.h: what the command line asks for.
 #pragma once
 
+#include <YReportMessageParams.h>
+
 #include <string>
 
 struct ConsoleOptions
@@ -8,16 +10,16 @@ struct ConsoleOptions
     static constexpr unsigned mostLines = 1'000'000;
 
     std::wstring file;  // empty: none
-    unsigned lineLimit = 100'000;  // lines kept, 1 to mostLines
+    unsigned lineLimit = 0;  // lines kept, 1 to mostLines; 0: as the settings say
     bool split = false;
     bool outline = false;
     bool follow = true;
     bool help = false;
-    std::wstring error;  // what is wrong with the command line; empty: nothing
+    LANGID language = 0;  // 0: the user's
+    std::wstring settings;  // the folder; empty: the user's own
+    // What is wrong with the command line; id 0: nothing.
+    YReportMessageParams error{0, ::GetModuleHandleW(nullptr)};
 };
-
-// The usage, for the user.
-extern const wchar_t consoleUsage[];
 
 // [FILE] and options in any order; arguments[0] is the program.
 ConsoleOptions ParseConsoleOptions(int count, const wchar_t* const* arguments);

@@ -1,27 +1,62 @@
-#include "SystemText.h"
+#include "ConsoleText.h"
 
-std::wstring GetSystemText(DWORD error)
+#include "resource.h"
+
+#include <YMessageBox.h>
+#include <YReportMessageParams.h>
+#include <afxwin.h>
+
+#include <map>
+
+LANGID GetOwnLanguage(LANGID language)
 {
-    wchar_t text[512] = L"";
-    DWORD length =
-        ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
-                         0, text, static_cast<DWORD>(std::size(text)), nullptr);
-    while (length > 0 && text[length - 1] <= L' ') {
-        --length;
+    return PRIMARYLANGID(language) == LANG_FRENCH ? MAKELANGID(LANG_FRENCH, SUBLANG_FRENCH)
+                                                  : MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
+}
+
+// Systems differ in which of the two decides about resources; messages have a choice of their own.
+void UseLanguage(LANGID language)
+{
+    ::SetThreadUILanguage(language);
+    ::SetThreadLocale(MAKELCID(language, SORT_DEFAULT));
+    YSetMessageLanguage(language);
+}
+
+// Kept: the status bar asks for the same few at every turn of idle work.
+const std::wstring& LoadText(UINT id)
+{
+    static std::map<UINT, std::wstring> texts;
+    const auto [text, isNew] = texts.try_emplace(id);
+    if (isNew) {
+        wchar_t loaded[256] = L"";
+        ::LoadStringW(::AfxGetResourceHandle(), id, loaded, static_cast<int>(std::size(loaded)));
+        text->second = loaded;
     }
-    return length > 0 ? std::wstring(text, length) : L"Error " + std::to_wstring(error);
+    return text->second;
 }
 
 std::wstring FormatNumber(unsigned number)
 {
+    const std::wstring& separator = LoadText(IDS_THOUSANDS);
     std::wstring text = std::to_wstring(number);
     for (std::size_t i = text.size(); i > 3; i -= 3) {
-        text.insert(i - 3, 1, L',');
+        text.insert(i - 3, separator);
     }
     return text;
 }
 
-std::wstring FormatCount(unsigned count, const wchar_t* one)
+std::wstring FormatCount(unsigned count, UINT oneId, UINT manyId)
 {
-    return FormatNumber(count) + L" " + one + (count == 1 ? L"" : L"s");
+    return count == 1 ? LoadText(oneId) : FormatText(manyId, FormatNumber(count).c_str());
+}
+
+std::wstring GetErrorWords(DWORD error)
+{
+    return YGetErrorText(error);
+}
+
+void ShowError(CWnd* parent, DWORD error)
+{
+    const YReportMessageParams message(error);
+    YMessageBox(parent, &message);
 }

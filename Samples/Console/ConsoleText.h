@@ -1,14 +1,34 @@
-// SystemText.h: what is said to the user.
+// ConsoleText.h: the program's words, in its user's language.
 #pragma once
+
+#include <YFormatMessage.h>
 
 #include <windows.h>
 
 #include <string>
 
-// The system's own words for an error, without a line break; its number where it has none.
-std::wstring GetSystemText(DWORD error);
+class CWnd;
 
-// With a comma between thousands.
+// Of the two that the program speaks, the one for a user of a language.
+LANGID GetOwnLanguage(LANGID language);
+// Speaks one of the two; before any window is made.
+void UseLanguage(LANGID language);
+
+// A string of the program's resources. User-interface thread.
+const std::wstring& LoadText(UINT id);
+// With %1, %2, ... filled.
+template <class... Arguments>
+std::wstring FormatText(UINT id, Arguments... arguments)
+{
+    return YFormatText(LoadText(id).c_str(), arguments...);
+}
+
+// With a separator between thousands.
 std::wstring FormatNumber(unsigned number);
-// "1 line", "2,000 lines".
-std::wstring FormatCount(unsigned count, const wchar_t* one);
+// "1 line", "2,000 lines": oneId is whole, manyId has %1 for the number.
+std::wstring FormatCount(unsigned count, UINT oneId, UINT manyId);
+
+// The words for an error of the system's, in one line.
+std::wstring GetErrorWords(DWORD error);
+// Says it, over a window.
+void ShowError(CWnd* parent, DWORD error);

@@ -1,6 +1,8 @@
 #include "FileFollower.h"
 
+#include "ConsoleText.h"
 #include "LineRules.h"
+#include "resource.h"
 
 #include <process.h>
 
@@ -16,9 +18,6 @@ constexpr std::size_t sliceSize = 1u << 16;  // bytes decoded before the batch i
 constexpr unsigned batchLines = 8192;
 constexpr std::size_t batchCharacters = 1u << 20;
 constexpr DWORD pollTime = 250;  // milliseconds
-
-constexpr std::wstring_view truncatedNotice = L"--- The file has become shorter: read again ---";
-constexpr std::wstring_view replacedNotice = L"--- The file has been replaced: its successor ---";
 
 bool IsSameFile(HANDLE left, HANDLE right)
 {
@@ -49,7 +48,11 @@ ULONGLONG GetSize(HANDLE file)
 }  // namespace
 
 FileFollower::FileFollower(std::wstring filePath, bool follow, HWND window, UINT message)
-    : path(std::move(filePath)), queue(window, message), following(follow)
+    : path(std::move(filePath)),
+      truncatedNotice(LoadText(IDS_NOTICE_TRUNCATED)),
+      replacedNotice(LoadText(IDS_NOTICE_REPLACED)),
+      queue(window, message),
+      following(follow)
 {
     // By the run time itself: a std::thread of this tool chain may leave a handle behind.
     worker.Reset(
@@ -126,11 +129,11 @@ DWORD FileFollower::Follow()
 }
 
 // Reading what is no file on a disk (a console, a pipe) might never return.
-DWORD FileFollower::Open(UniqueFile& opened) const
+DWORD FileFollower::Open(YUniqueFile& opened) const
 {
     constexpr DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    UniqueFile next(::CreateFileW(path.c_str(), GENERIC_READ, sharing, nullptr, OPEN_EXISTING,
-                                  FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    YUniqueFile next(::CreateFileW(path.c_str(), GENERIC_READ, sharing, nullptr, OPEN_EXISTING,
+                                   FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
     if (!next) {
         return ::GetLastError();
     }
@@ -201,7 +204,7 @@ DWORD FileFollower::ReadAgain()
 // What was written to the file between its last read and its renaming is still to be read.
 bool FileFollower::LooksReplaced()
 {
-    UniqueFile named;
+    YUniqueFile named;
     if (Open(named) != ERROR_SUCCESS || (file && IsSameFile(file.Get(), named.Get()))) {
         return false;
     }

@@ -16,14 +16,6 @@
 #include <string_view>
 #include <vector>
 
-struct FileHandleTraits
-{
-    using Handle = HANDLE;
-    static Handle Invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void Close(Handle file) noexcept { ::CloseHandle(file); }
-};
-using UniqueFile = YUniqueHandle<FileHandleTraits>;
-
 struct ThreadHandleTraits
 {
     using Handle = HANDLE;
@@ -80,7 +72,7 @@ private:
     static unsigned __stdcall RunThread(void* follower);
     void Run() noexcept;
     DWORD Follow();
-    DWORD Open(UniqueFile& opened) const;
+    DWORD Open(YUniqueFile& opened) const;
     DWORD ReadToEnd();
     DWORD AwaitChange();
     DWORD ReadAgain();
@@ -94,14 +86,17 @@ private:
     void Publish(ULONGLONG size, bool atEnd);
 
     const std::wstring path;
+    // Loaded by the owner, whose thread has the user's language.
+    const std::wstring truncatedNotice;
+    const std::wstring replacedNotice;
     LineQueue queue;
     mutable WorkerLock mutex;  // guards the state
     FollowerState state;
     bool following;  // guarded as well
 
     // The worker's own.
-    UniqueFile file;  // none: deleted, its name is waited for
-    UniqueFile successor;  // has taken the file's name; read once the file is at its end
+    YUniqueFile file;  // none: deleted, its name is waited for
+    YUniqueFile successor;  // has taken the file's name; read once the file is at its end
     std::vector<unsigned char> chunk;
     std::optional<LineDecoder> decoder;  // none before the first bytes have told the encoding
     std::unique_ptr<LineNews> batch;  // being filled

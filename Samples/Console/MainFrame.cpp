@@ -1,10 +1,14 @@
 #include "MainFrame.h"
 
+#include "ConsoleMessages.h"
 #include "ConsoleOptions.h"
+#include "ConsoleSettings.h"
+#include "ConsoleText.h"
 #include "ConsoleView.h"
-#include "SystemText.h"
 #include "resource.h"
 
+#include <YMessageBox.h>
+#include <YReportMessageParams.h>
 #include <afxdlgs.h>
 
 #include <chrono>
@@ -50,20 +54,32 @@ const wchar_t* GetName(TextEncoding encoding)
 
 std::wstring Describe(const FollowerState& state, bool follows)
 {
-    std::wstring text = GetName(state.encoding);
+    const wchar_t* const encoding = GetName(state.encoding);
     if (state.ended) {
-        return text + L", stopped";
+        return FormatText(IDS_STATE_ENDED, encoding);
     }
     if (!state.atEnd) {
         const ULONGLONG percent = state.size > 0 ? state.bytesRead * 100 / state.size : 0;
-        return text + L", " + std::to_wstring(percent) + L" %";
+        return FormatText(IDS_STATE_LOADING, encoding, static_cast<unsigned>(percent));
     }
-    return follows ? text + L", following" : text;
+    return follows ? FormatText(IDS_STATE_FOLLOWING, encoding) : encoding;
+}
+
+// As a menu shows it: "&1 C:\\a && b.log".
+std::wstring MakeRecentItem(std::size_t index, const std::wstring& path)
+{
+    std::wstring item = L"&" + std::to_wstring(index + 1) + L" ";
+    for (const wchar_t character : path) {
+        item.append(character == L'&' ? 2 : 1, character);
+    }
+    return item;
 }
 
 }  // namespace
 
 BEGIN_MESSAGE_MAP(MainFrame, CFrameWnd)
+    ON_WM_CLOSE()
+    ON_WM_ENDSESSION()
     ON_WM_CREATE()
     ON_WM_DESTROY()
     ON_WM_TIMER()
@@ -72,6 +88,7 @@ BEGIN_MESSAGE_MAP(MainFrame, CFrameWnd)
     ON_WM_MOUSEWHEEL()
     ON_WM_DROPFILES()
     ON_COMMAND(ID_FILE_OPEN, &MainFrame::OnFileOpen)
+    ON_COMMAND_RANGE(ID_FILE_MRU_FILE1, ID_FILE_MRU_FILE8, &MainFrame::OnRecentFile)
     ON_COMMAND(ID_FILE_RELOAD, &MainFrame::OnFileReload)
     ON_COMMAND(ID_FILE_FOLLOW, &MainFrame::OnFileFollow)
     ON_COMMAND(ID_FILE_CANCEL, &MainFrame::OnFileCancel)
@@ -87,6 +104,7 @@ BEGIN_MESSAGE_MAP(MainFrame, CFrameWnd)
     ON_COMMAND(ID_VIEW_END, &MainFrame::OnViewEnd)
     ON_COMMAND(ID_APP_ABOUT, &MainFrame::OnAbout)
     ON_UPDATE_COMMAND_UI(ID_FILE_RELOAD, &MainFrame::OnUpdateHasFile)
+    ON_UPDATE_COMMAND_UI(ID_FILE_MRU_FILE1, &MainFrame::OnUpdateRecentFiles)
     ON_UPDATE_COMMAND_UI(ID_FILE_FOLLOW, &MainFrame::OnUpdateFollow)
     ON_UPDATE_COMMAND_UI(ID_FILE_CANCEL, &MainFrame::OnUpdateCancel)
     ON_UPDATE_COMMAND_UI(ID_FILE_CLOSE, &MainFrame::OnUpdateHasFile)
@@ -96,6 +114,7 @@ BEGIN_MESSAGE_MAP(MainFrame, CFrameWnd)
     ON_UPDATE_COMMAND_UI(ID_VIEW_SPLIT, &MainFrame::OnUpdateSplit)
     ON_UPDATE_COMMAND_UI(ID_VIEW_OUTLINE, &MainFrame::OnUpdateOutline)
     ON_UPDATE_COMMAND_UI_RANGE(ID_BUFFER_1000, ID_BUFFER_1000000, &MainFrame::OnUpdateBufferSize)
+    ON_UPDATE_COMMAND_UI(ID_BUFFER_LOCKED, &MainFrame::OnUpdateBufferLocked)
     ON_UPDATE_COMMAND_UI(ID_INDICATOR_PROGRESS, &MainFrame::OnUpdateProgress)
     ON_UPDATE_COMMAND_UI(ID_INDICATOR_LINES, &MainFrame::OnUpdateLines)
     ON_UPDATE_COMMAND_UI(ID_INDICATOR_POSITION, &MainFrame::OnUpdatePosition)
@@ -104,13 +123,19 @@ END_MESSAGE_MAP()
 
 // The window
 
-bool MainFrame::Load(const ConsoleOptions& options)
+bool MainFrame::Load(const ConsoleOptions& options, int& show)
 {
-    lineLimit = options.lineLimit;
+    const bool asRemembered = options.lineLimit == 0 || settings.IsLineLimitLocked();
+    lineLimit = asRemembered ? settings.GetLineLimit() : options.lineLimit;
     follow = options.follow;
     outline = options.outline;
     if (!LoadFrame(IDR_MAINFRAME)) {
         return false;
+    }
+    settings.GetPlacement().Restore(m_hWnd, show);
+    LOGFONT font{};
+    if (settings.GetFont(font)) {
+        views.GetFirst().ChangeFont(font);
     }
     views.GetFirst().SetLineLimit(lineLimit);
     views.GetFirst().ChangeSelectionStyle(GetStyle());
@@ -135,6 +160,35 @@ int MainFrame::OnCreate(CREATESTRUCT* create)
 BOOL MainFrame::OnCreateClient(LPCREATESTRUCT, CCreateContext*)
 {
     return views.Create();
+}
+
+// While there is a window to say over that it went wrong.
+void MainFrame::OnClose()
+{
+    SaveSettings();
+    CFrameWnd::OnClose();
+}
+
+// Nobody is left to read a message.
+void MainFrame::OnEndSession(BOOL ending)
+{
+    if (ending) {
+        settings.GetPlacement().Remember(m_hWnd);
+        YReportMessageParams unheard;
+        settings.Save(unheard);
+    }
+    CFrameWnd::OnEndSession(ending);
+}
+
+void MainFrame::SaveSettings()
+{
+    settings.GetPlacement().Remember(m_hWnd);
+    YReportMessageParams error;
+    if (!settings.Save(error)) {
+        YReportMessageParams message(CONSOLE_SETTINGS_NOT_SAVED, ::AfxGetInstanceHandle());
+        message.AddInsert(error.GetTrimmedText());
+        YMessageBox(this, &message);
+    }
 }
 
 void MainFrame::OnDestroy()
@@ -204,7 +258,7 @@ void MainFrame::Open(const std::wstring& newPath)
         candidate =
             std::make_unique<FileFollower>(MakeFullPath(newPath), follow, m_hWnd, newsMessage);
     } catch (const std::exception&) {  // neither memory nor a thread
-        ::AfxMessageBox(GetSystemText(ERROR_NOT_ENOUGH_MEMORY).c_str(), MB_ICONERROR);
+        ShowError(this, ERROR_NOT_ENOUGH_MEMORY);
     }
 }
 
@@ -248,12 +302,18 @@ void MainFrame::JudgeCandidate()
     if (state.opened) {
         follower = std::move(candidate);
         path = follower->GetPath();
+        settings.AddRecentFile(path);
         views.GetFirst().Clear();
         ShowTitle();
     } else if (state.ended) {
-        const std::wstring text = candidate->GetPath() + L"\n\n" + GetSystemText(state.error);
+        YReportMessageParams message(CONSOLE_CANNOT_READ, ::AfxGetInstanceHandle());
+        message.AddInsert(candidate->GetPath());
+        message.AddInsert(GetErrorWords(state.error));
+        if (state.error == ERROR_FILE_NOT_FOUND) {
+            settings.RemoveRecentFile(candidate->GetPath());
+        }
         candidate.reset();
-        ::AfxMessageBox(text.c_str(), MB_ICONEXCLAMATION);
+        YMessageBox(this, &message);
     }
 }
 
@@ -277,7 +337,7 @@ void MainFrame::ShowEnd()
     const FollowerState state = follower->GetState();
     if (state.ended) {
         follower.reset();
-        const std::wstring text = L"--- Reading has ended: " + GetSystemText(state.error) + L" ---";
+        const std::wstring text = FormatText(IDS_NOTICE_ENDED, GetErrorWords(state.error).c_str());
         views.GetFirst().ShowNotice(text.c_str());
     }
 }
@@ -288,7 +348,7 @@ void MainFrame::GiveUpForMemory()
     candidate.reset();
     follower.reset();
     views.Unsplit();
-    ::AfxMessageBox(GetSystemText(ERROR_NOT_ENOUGH_MEMORY).c_str(), MB_ICONERROR);
+    ShowError(this, ERROR_NOT_ENOUGH_MEMORY);
 }
 
 // Commands
@@ -296,9 +356,17 @@ void MainFrame::GiveUpForMemory()
 void MainFrame::OnFileOpen()
 {
     CFileDialog dialog(TRUE, nullptr, nullptr, OFN_HIDEREADONLY | OFN_FILEMUSTEXIST,
-                       L"Logs (*.log;*.txt)|*.log;*.txt|All files (*.*)|*.*||", this);
+                       LoadText(IDS_FILE_FILTER).c_str(), this);
     if (dialog.DoModal() == IDOK) {
         Open(dialog.GetPathName().GetString());
+    }
+}
+
+void MainFrame::OnRecentFile(UINT id)
+{
+    const std::size_t index = id - ID_FILE_MRU_FILE1;
+    if (index < settings.GetRecentFiles().size()) {
+        Open(settings.GetRecentFiles()[index]);
     }
 }
 
@@ -329,7 +397,7 @@ void MainFrame::OnFileCancel()
         return;
     }
     follower.reset();
-    views.GetFirst().ShowNotice(L"--- Reading was cancelled ---");
+    views.GetFirst().ShowNotice(LoadText(IDS_NOTICE_CANCELLED).c_str());
 }
 
 void MainFrame::OnFileClose()
@@ -365,7 +433,7 @@ void MainFrame::OnViewSplit()
     try {
         views.Split(GetStyle());
     } catch (const std::bad_alloc&) {
-        ::AfxMessageBox(GetSystemText(ERROR_NOT_ENOUGH_MEMORY).c_str(), MB_ICONERROR);
+        ShowError(this, ERROR_NOT_ENOUGH_MEMORY);
     }
 }
 
@@ -380,6 +448,7 @@ void MainFrame::OnBufferSize(UINT id)
     try {
         views.GetFirst().SetLineLimit(bufferSizes[id - ID_BUFFER_1000]);
         lineLimit = bufferSizes[id - ID_BUFFER_1000];
+        settings.SetLineLimit(lineLimit);
     } catch (const std::bad_alloc&) {
         GiveUpForMemory();
     }
@@ -393,6 +462,7 @@ void MainFrame::OnViewFont()
     if (dialog.DoModal() == IDOK) {
         dialog.GetCurrentFont(&font);
         views.GetFirst().ChangeFont(font);
+        settings.SetFont(font);
     }
 }
 
@@ -408,8 +478,8 @@ void MainFrame::OnViewEnd()
 
 void MainFrame::OnAbout()
 {
-    ::AfxMessageBox(L"Console\n\nShows a log and what is added to it: a sample host of CommonUi.",
-                    MB_ICONINFORMATION);
+    const YReportMessageParams message(CONSOLE_ABOUT, ::AfxGetInstanceHandle());
+    YMessageBox(this, &message, MB_ICONINFORMATION);
 }
 
 // The state of commands and panes
@@ -452,30 +522,65 @@ void MainFrame::OnUpdateOutline(CCmdUI* item)
 void MainFrame::OnUpdateBufferSize(CCmdUI* item)
 {
     item->SetRadio(bufferSizes[item->m_nID - ID_BUFFER_1000] == lineLimit);
+    if (!item->m_pSubMenu) {  // the menu itself opens, to say why
+        item->Enable(!settings.IsLineLimitLocked());
+    }
+}
+
+// Says why the sizes cannot be chosen; gone where they can.
+void MainFrame::OnUpdateBufferLocked(CCmdUI* item)
+{
+    if (settings.IsLineLimitLocked()) {
+        const std::wstring lines = FormatNumber(lineLimit);
+        item->SetText(FormatText(IDS_BUFFER_LOCKED, lines.c_str()).c_str());
+        item->Enable(FALSE);
+    } else if (item->m_pMenu && !item->m_pSubMenu) {
+        item->m_pMenu->DeleteMenu(item->m_nIndex, MF_BYPOSITION);
+    }
+}
+
+// The one item stands for the whole submenu.
+void MainFrame::OnUpdateRecentFiles(CCmdUI* item)
+{
+    const std::vector<std::wstring>& files = settings.GetRecentFiles();
+    item->Enable(!files.empty());
+    if (!item->m_pMenu || item->m_pSubMenu || files.empty()) {
+        return;
+    }
+    CMenu& menu = *item->m_pMenu;
+    while (menu.GetMenuItemCount() > 0) {
+        menu.DeleteMenu(0, MF_BYPOSITION);
+    }
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        menu.AppendMenu(MF_STRING, ID_FILE_MRU_FILE1 + i, MakeRecentItem(i, files[i]).c_str());
+    }
+    item->m_nIndex = static_cast<UINT>(files.size()) - 1;  // the new items need no update
+    item->m_nIndexMax = static_cast<UINT>(files.size());
 }
 
 void MainFrame::OnUpdateProgress(CCmdUI* item)
 {
     std::wstring text;
     if (candidate) {
-        text = L"opening";
+        text = LoadText(IDS_STATE_OPENING);
     } else if (follower) {
         text = Describe(follower->GetState(), follow);
     } else if (!path.empty()) {
-        text = L"stopped";
+        text = LoadText(IDS_STATE_STOPPED);
     }
     item->SetText(text.c_str());
 }
 
 void MainFrame::OnUpdateLines(CCmdUI* item)
 {
-    item->SetText(FormatCount(views.GetFirst().GetBuffer().GetLineCount(), L"line").c_str());
+    const unsigned lines = views.GetFirst().GetBuffer().GetLineCount();
+    item->SetText(FormatCount(lines, IDS_ONE_LINE, IDS_LINES).c_str());
 }
 
 void MainFrame::OnUpdatePosition(CCmdUI* item)
 {
     const ConsoleView& view = views.GetFirst();
-    const std::wstring text = L"at line " + FormatNumber(view.GetTopLine() + 1);
+    const std::wstring text = FormatText(IDS_AT_LINE, FormatNumber(view.GetTopLine() + 1).c_str());
     item->SetText(view.HasLines() ? text.c_str() : L"");
 }
 
@@ -485,9 +590,10 @@ void MainFrame::OnUpdateSelection(CCmdUI* item)
     if (const YTextViewHighlight* selection = views.GetFirst().GetHighlight()) {
         const YTextViewCharPosition begin = selection->GetBegin();
         const YTextViewCharPosition end = selection->GetEnd();
-        text = begin.line == end.line ? FormatCount(end.column - begin.column + 1, L"character")
-                                      : FormatCount(end.line - begin.line + 1, L"line");
-        text += L" selected";
+        text = begin.line == end.line
+                   ? FormatCount(end.column - begin.column + 1, IDS_ONE_CHARACTER_SELECTED,
+                                 IDS_CHARACTERS_SELECTED)
+                   : FormatCount(end.line - begin.line + 1, IDS_LINES_SELECTED, IDS_LINES_SELECTED);
     }
     item->SetText(text.c_str());
 }

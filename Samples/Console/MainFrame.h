@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 
+class ConsoleSettings;
 struct ConsoleOptions;
 
 // Shows one file. A file that is to be opened is read by a second follower until its first bytes
@@ -18,9 +19,11 @@ struct ConsoleOptions;
 class MainFrame : public CFrameWnd
 {
 public:
-    MainFrame() : views(*this) {}
+    // The settings are borrowed; what the user changes goes there, and they are saved at the end.
+    explicit MainFrame(ConsoleSettings& remembered) : settings(remembered), views(*this) {}
 
-    bool Load(const ConsoleOptions& options);  // creates the window, does not show it yet
+    // Creates the window where it was the last time, does not show it yet. show: how to (SW_...).
+    bool Load(const ConsoleOptions& options, int& show);
     void Open(const std::wstring& path);
 
     const ViewPair& GetViews() const { return views; }
@@ -30,6 +33,8 @@ public:
 protected:
     BOOL OnCreateClient(LPCREATESTRUCT create, CCreateContext* context) override;
 
+    afx_msg void OnClose();
+    afx_msg void OnEndSession(BOOL ending);
     afx_msg int OnCreate(CREATESTRUCT* create);
     afx_msg void OnDestroy();
     afx_msg void OnTimer(UINT_PTR timer);
@@ -39,6 +44,7 @@ protected:
     afx_msg void OnDropFiles(HDROP drop);
 
     afx_msg void OnFileOpen();
+    afx_msg void OnRecentFile(UINT id);
     afx_msg void OnFileReload();
     afx_msg void OnFileFollow();
     afx_msg void OnFileCancel();
@@ -55,6 +61,7 @@ protected:
     afx_msg void OnAbout();
 
     afx_msg void OnUpdateHasFile(CCmdUI* item);
+    afx_msg void OnUpdateRecentFiles(CCmdUI* item);
     afx_msg void OnUpdateFollow(CCmdUI* item);
     afx_msg void OnUpdateCancel(CCmdUI* item);
     afx_msg void OnUpdateCopy(CCmdUI* item);
@@ -62,6 +69,7 @@ protected:
     afx_msg void OnUpdateSplit(CCmdUI* item);
     afx_msg void OnUpdateOutline(CCmdUI* item);
     afx_msg void OnUpdateBufferSize(CCmdUI* item);
+    afx_msg void OnUpdateBufferLocked(CCmdUI* item);
     afx_msg void OnUpdateProgress(CCmdUI* item);
     afx_msg void OnUpdateLines(CCmdUI* item);
     afx_msg void OnUpdatePosition(CCmdUI* item);
@@ -74,9 +82,11 @@ private:
     void ShowLines();
     void ShowEnd();
     void GiveUpForMemory();
+    void SaveSettings();
     void ShowTitle();
     SelectionDrawStyle GetStyle() const;
 
+    ConsoleSettings& settings;
     ViewPair views;
     CStatusBar statusBar;
     std::wstring path;  // of the file shown; empty: none

@@ -25,6 +25,11 @@ public:
         ::RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
         ::RegDeleteTreeW(HKEY_CURRENT_USER, path.c_str());
         ::RegDeleteKeyW(HKEY_CURRENT_USER, tests.c_str());  // while no other process has one below
+        // The system keeps the roots open once they are used; with the redirection they were closed.
+        // Used again here, they are no change that a later test would be blamed for.
+        HKEY key = nullptr;
+        ::RegOpenKeyW(HKEY_LOCAL_MACHINE, L"Software", &key);
+        ::RegCloseKey(key);
     }
     ScratchRegistry(const ScratchRegistry&) = delete;
     ScratchRegistry& operator=(const ScratchRegistry&) = delete;

@@ -1,9 +1,10 @@
 #include "YFormatMessage.h"
 
-#include "YUniqueHandle.h"
+#include "MessageFormatter.h"
 
 #include <algorithm>
 #include <atomic>
+#include <iterator>
 
 InvalidParameter::~InvalidParameter() = default;
 
@@ -33,42 +34,36 @@ std::atomic<LANGID> chosenLanguage{usersLanguage};
 }
 
 // A reference is at most %99, and each may take two more arguments for a width and a precision
-// given by '*'. A null text would be read, so it is an empty one too.
-std::vector<DWORD_PTR> Pad(const std::vector<DWORD_PTR>& arguments)
-{
-    constexpr std::size_t most = 99 * 3;
-    std::vector<DWORD_PTR> padded = arguments;
-    padded.resize(std::max(arguments.size(), most), reinterpret_cast<DWORD_PTR>(L""));
-    return padded;
-}
+// given by '*'.
+constexpr std::size_t mostArguments = 99 + 2;
 
-wchar_t* Allocate(DWORD flags, const void* source, unsigned id, LANGID language,
-                  std::vector<DWORD_PTR>& arguments, DWORD& length)
+DWORD Format(DWORD flags, const void* source, unsigned id, LANGID language, DWORD_PTR* arguments,
+             FormattedText& text) noexcept
 {
     wchar_t* formatted = nullptr;
-    length =
-        ::FormatMessageW(flags | FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_ARGUMENT_ARRAY,
-                         source, id, language, reinterpret_cast<wchar_t*>(&formatted), 0,
-                         reinterpret_cast<va_list*>(arguments.data()));
-    return formatted;
+    text.length = ::FormatMessageW(
+        flags | FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_ARGUMENT_ARRAY, source, id,
+        language, reinterpret_cast<wchar_t*>(&formatted), 0, reinterpret_cast<va_list*>(arguments));
+    const DWORD error = ::GetLastError();
+    text.block.Reset(formatted);
+    return formatted ? ERROR_SUCCESS : error;
 }
 
-std::wstring Format(DWORD flags, const void* source, unsigned id,
-                    const std::vector<DWORD_PTR>& arguments)
+DWORD Format(DWORD flags, const void* source, unsigned id, std::span<const DWORD_PTR> arguments,
+             FormattedText& text) noexcept
 {
-    std::vector<DWORD_PTR> padded = Pad(arguments);
+    DWORD_PTR padded[mostArguments];
+    if (!(flags & FORMAT_MESSAGE_IGNORE_INSERTS)) {
+        const std::size_t count = std::min(arguments.size(), mostArguments);
+        std::copy_n(arguments.begin(), count, padded);
+        std::fill(padded + count, std::end(padded), reinterpret_cast<DWORD_PTR>(L""));
+    }
     const LANGID language = chosenLanguage;
-    DWORD length = 0;
-    wchar_t* formatted = Allocate(flags, source, id, language, padded, length);
-    if (!formatted && language != usersLanguage) {
-        formatted = Allocate(flags, source, id, usersLanguage, padded, length);
+    DWORD error = Format(flags, source, id, language, padded, text);
+    if (error != ERROR_SUCCESS && language != usersLanguage) {
+        error = Format(flags, source, id, usersLanguage, padded, text);
     }
-    const DWORD error = ::GetLastError();
-    const YUniqueLocalMemory owner(formatted);
-    if (!formatted) {
-        ThrowFailure(error);
-    }
-    return std::wstring(formatted, length);
+    return error;
 }
 
 }  // namespace
@@ -78,19 +73,40 @@ void YSetMessageLanguage(LANGID language)
     chosenLanguage = language;
 }
 
-std::wstring YFormatMessage(HMODULE module, unsigned id, DWORD flags,
-                            const std::vector<DWORD_PTR>& arguments)
+DWORD FormatMessageText(HMODULE module, unsigned id, DWORD flags,
+                        std::span<const DWORD_PTR> arguments, FormattedText& text) noexcept
 {
     if (module || !(flags & FORMAT_MESSAGE_FROM_SYSTEM)) {
         flags |= FORMAT_MESSAGE_FROM_HMODULE;
     }
-    return Format(flags, module, id, arguments);
+    return Format(flags, module, id, arguments, text);
 }
 
-std::wstring YFormatPattern(const wchar_t* pattern, const std::vector<DWORD_PTR>& arguments)
+DWORD FormatPatternText(const wchar_t* pattern, std::span<const DWORD_PTR> arguments,
+                        FormattedText& text) noexcept
 {
     if (!pattern || *pattern == L'\0') {
-        return {};  // the formatter calls an empty text a failure
+        text = FormattedText();  // the formatter calls an empty text a failure
+        return ERROR_SUCCESS;
     }
-    return Format(FORMAT_MESSAGE_FROM_STRING, pattern, 0, arguments);
+    return Format(FORMAT_MESSAGE_FROM_STRING, pattern, 0, arguments, text);
+}
+
+std::wstring YFormatMessage(HMODULE module, unsigned id, DWORD flags,
+                            std::span<const DWORD_PTR> arguments)
+{
+    FormattedText text;
+    if (const DWORD error = FormatMessageText(module, id, flags, arguments, text)) {
+        ThrowFailure(error);
+    }
+    return std::wstring(text.View());
+}
+
+std::wstring YFormatPattern(const wchar_t* pattern, std::span<const DWORD_PTR> arguments)
+{
+    FormattedText text;
+    if (const DWORD error = FormatPatternText(pattern, arguments, text)) {
+        ThrowFailure(error);
+    }
+    return std::wstring(text.View());
 }

@@ -6,9 +6,9 @@
 #include <windows.h>
 
 #include <exception>
+#include <span>
 #include <string>
 #include <type_traits>
-#include <vector>
 
 // The formatter refused its arguments.
 class COMMONUI_API InvalidParameter : public std::exception
@@ -41,10 +41,10 @@ COMMONUI_API void YSetMessageLanguage(LANGID language);
 
 // Message id of the module, or of the system with FORMAT_MESSAGE_FROM_SYSTEM in flags. Flags may hold a width (255: one line) and FORMAT_MESSAGE_IGNORE_INSERTS.
 COMMONUI_API std::wstring YFormatMessage(HMODULE module, unsigned id, DWORD flags,
-                                         const std::vector<DWORD_PTR>& arguments = {});
+                                         std::span<const DWORD_PTR> arguments = {});
 
 COMMONUI_API std::wstring YFormatPattern(const wchar_t* pattern,
-                                         const std::vector<DWORD_PTR>& arguments);
+                                         std::span<const DWORD_PTR> arguments);
 
 // Fills %1, %2, ... of the pattern with texts (const wchar_t*) and numbers of up to 32 bits.
 template <class... Arguments>
@@ -61,5 +61,6 @@ std::wstring YFormatText(const wchar_t* pattern, Arguments... arguments)
             return reinterpret_cast<DWORD_PTR>(static_cast<const wchar_t*>(argument));
         }
     };
-    return YFormatPattern(pattern, {erase(arguments)...});
+    const DWORD_PTR erased[] = {erase(arguments)..., 0};
+    return YFormatPattern(pattern, {erased, sizeof...(arguments)});
 }

@@ -1,15 +1,16 @@
 #include "YReportMessageParams.h"
 
+#include "MessageFormatter.h"
 #include "YMessages.h"
 
 #include <algorithm>
 #include <cwchar>
-#include <optional>
+#include <iterator>
 #include <string_view>
-#include <utility>
 
 namespace {
 
+constexpr std::size_t mostInserts = 99;  // %99 is the last
 constexpr unsigned messageTableBit = 1u << 29;  // set in the ids of message tables
 constexpr DWORD singleLine = FORMAT_MESSAGE_MAX_WIDTH_MASK;
 constexpr std::wstring_view lineEnd = L"\r\n";
@@ -33,8 +34,8 @@ std::size_t FindLargestInsert(std::wstring_view text)
 {
     const auto isDigit = [](wchar_t character) { return character >= L'0' && character <= L'9'; };
     std::size_t largest = 0;
-    for (std::size_t i = 0; i + 1 < text.size(); ++i) {
-        if (text[i] != L'%' || !isDigit(text[i + 1]) || text[i + 1] == L'0') {
+    for (std::size_t i = text.find(L'%'); i < text.size(); i = text.find(L'%', i + 1)) {
+        if (i + 1 == text.size() || !isDigit(text[i + 1]) || text[i + 1] == L'0') {
             continue;
         }
         std::size_t number = 0;
@@ -58,60 +59,53 @@ struct Composition
 
 // A text that refers to more inserts than there are keeps its placeholders. Whatever the formatter
 // refuses is no text; the next place may have one.
-std::optional<std::wstring> Attempt(Composition& composition, HMODULE module, DWORD source = 0)
+bool Attempt(Composition& composition, FormattedText& text, HMODULE module, DWORD source = 0)
 {
-    try {
-        const DWORD flags = composition.flags | source;
-        std::wstring text =
-            YFormatMessage(module, composition.id, flags | FORMAT_MESSAGE_IGNORE_INSERTS);
-        if (!(flags & FORMAT_MESSAGE_IGNORE_INSERTS) &&
-            FindLargestInsert(text) <= composition.inserts.size()) {
-            std::vector<DWORD_PTR> arguments;
-            for (const YUnicodeString& insert : composition.inserts) {
-                arguments.push_back(reinterpret_cast<DWORD_PTR>(insert.c_str()));
-            }
-            text = YFormatMessage(module, composition.id, flags, arguments);
-        }
-        if (!text.empty()) {
-            return text;
-        }
-        composition.error = ERROR_MR_MID_NOT_FOUND;
-    } catch (const std::bad_alloc&) {
-        throw;
-    } catch (const std::exception&) {
-        composition.error = ::GetLastError();
+    const DWORD flags = composition.flags | source;
+    composition.error =
+        FormatMessageText(module, composition.id, flags | FORMAT_MESSAGE_IGNORE_INSERTS, {}, text);
+    if (composition.error == ERROR_SUCCESS && !(flags & FORMAT_MESSAGE_IGNORE_INSERTS) &&
+        FindLargestInsert(text.View()) <= composition.inserts.size()) {
+        DWORD_PTR arguments[mostInserts];
+        const std::size_t count = std::min(composition.inserts.size(), mostInserts);
+        std::transform(composition.inserts.begin(),
+                       composition.inserts.begin() + static_cast<std::ptrdiff_t>(count), arguments,
+                       [](const YUnicodeString& insert) {
+                           return reinterpret_cast<DWORD_PTR>(insert.c_str());
+                       });
+        composition.error =
+            FormatMessageText(module, composition.id, flags, {arguments, count}, text);
     }
-    return std::nullopt;
+    if (composition.error == ERROR_SUCCESS && text.length == 0) {
+        composition.error = ERROR_MR_MID_NOT_FOUND;
+    }
+    return composition.error == ERROR_SUCCESS;
 }
 
-std::optional<std::wstring> FindText(Composition& composition)
+bool FindText(Composition& composition, FormattedText& text)
 {
-    std::optional<std::wstring> text;
-    if (!(composition.id & messageTableBit)) {
-        text = Attempt(composition, nullptr, FORMAT_MESSAGE_FROM_SYSTEM);
-        if (!text && GetNtDll()) {
-            text = Attempt(composition, GetNtDll());
-        }
+    if (!(composition.id & messageTableBit) &&
+        (Attempt(composition, text, nullptr, FORMAT_MESSAGE_FROM_SYSTEM) ||
+         (GetNtDll() && Attempt(composition, text, GetNtDll())))) {
+        return true;
     }
-    if (!text) {
-        text = Attempt(composition, composition.module);
-    }
-    if (!text) {
-        text = Attempt(composition, GetHostModule());
-    }
-    return text;
+    return Attempt(composition, text, composition.module) ||
+           Attempt(composition, text, GetHostModule());
 }
 
 // The last words for a code of which nothing is known. They do without the message table, too.
 std::wstring ComposeFallback(unsigned id)
 {
-    try {
-        return YFormatMessage(YGetLibraryModule(), MSG_NO_ERROR_TEXT, 0, {id});
-    } catch (const std::bad_alloc&) {
-        throw;
-    } catch (const std::exception&) {
-        return YFormatText(L"Could not retrieve the error text for error code 0x%1!08x!.\r\n", id);
+    FormattedText text;
+    const DWORD_PTR arguments[] = {id};
+    if (FormatMessageText(YGetLibraryModule(), MSG_NO_ERROR_TEXT, 0, arguments, text) ==
+        ERROR_SUCCESS) {
+        return std::wstring(text.View());
     }
+    wchar_t plain[80];
+    std::swprintf(plain, std::size(plain),
+                  L"Could not retrieve the error text for error code 0x%08x.\r\n", id);
+    return plain;
 }
 
 bool MeansNoText(DWORD error)
@@ -122,11 +116,8 @@ bool MeansNoText(DWORD error)
 
 // Where the search failed for a reason of its own, that reason is the text. A reason that is the
 // code in question would lead back here for ever.
-std::wstring ComposeText(Composition& composition)
+std::wstring ExplainFailure(const Composition& composition)
 {
-    if (std::optional<std::wstring> text = FindText(composition)) {
-        return std::move(*text);
-    }
     if (MeansNoText(composition.error) || composition.error == composition.id) {
         return ComposeFallback(composition.id);
     }
@@ -258,15 +249,21 @@ const wchar_t* YReportMessageParams::Compose(DWORD flags) const
 {
     if (!text) {
         Composition composition{messageId, module, inserts, flags};
-        Store(ComposeText(composition));
+        FormattedText found;
+        if (FindText(composition, found)) {
+            Store(found.View());
+        } else {
+            Store(ExplainFailure(composition));
+        }
     }
     return text.get();
 }
 
-void YReportMessageParams::Store(std::wstring composed) const
+void YReportMessageParams::Store(std::wstring_view composed) const
 {
-    text = std::make_unique<wchar_t[]>(composed.size() + 1);
+    text = std::make_unique_for_overwrite<wchar_t[]>(composed.size() + 1);
     std::copy(composed.begin(), composed.end(), text.get());
+    text[composed.size()] = L'\0';
     textLength = static_cast<unsigned>(composed.size());
 }
 
@@ -284,7 +281,9 @@ std::wstring YGetErrorText(unsigned code, HMODULE module)
 {
     const std::vector<YUnicodeString> none;
     Composition composition{code, module, none, singleLine | FORMAT_MESSAGE_IGNORE_INSERTS};
-    std::wstring text = ComposeText(composition);
+    FormattedText found;
+    std::wstring text =
+        FindText(composition, found) ? std::wstring(found.View()) : ExplainFailure(composition);
     if (text.ends_with(singleLineEnd)) {
         text.resize(text.size() - singleLineEnd.size());
     }

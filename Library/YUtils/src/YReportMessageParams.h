@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // Holds a message id or a Win32 or Winsock error code, the module whose message table is searched
@@ -72,7 +73,7 @@ private:
     void CopyMessage(const YReportMessageParams& other);
     void DropText();
     const wchar_t* Compose(DWORD flags) const;
-    void Store(std::wstring text) const;
+    void Store(std::wstring_view composed) const;
     void TrimStored(std::wstring_view end) const;
 
     int auxiliaryCode = -1;

@@ -25,10 +25,10 @@ public:
     }
 
     // Both return the new count, which another thread may have changed by then.
-    ULONG STDMETHODCALLTYPE AddRef() override { return Increment(); }
+    ULONG STDMETHODCALLTYPE AddRef() override { return CountUp(); }
     ULONG STDMETHODCALLTYPE Release() override
     {
-        const ULONG count = Decrement();
+        const ULONG count = CountDown();
         if (count == 0) {
             DeleteThis();
         }
@@ -36,10 +36,10 @@ public:
     }
 
     // The same count through a pointer to a constant object.
-    virtual ULONG STDMETHODCALLTYPE AddRef() const { return Increment(); }
+    virtual ULONG STDMETHODCALLTYPE AddRef() const { return CountUp(); }
     virtual ULONG STDMETHODCALLTYPE Release() const
     {
-        const ULONG count = Decrement();
+        const ULONG count = CountDown();
         if (count == 0) {
             DeleteThis();
         }
@@ -57,12 +57,12 @@ protected:
     virtual void DeleteThis() const { delete this; }
 
 private:
-    ULONG Increment() const noexcept
+    ULONG CountUp() const noexcept
     {
         return referenceCount.fetch_add(1, std::memory_order_relaxed) + 1;
     }
     // Release orders this thread's writes before the deletion, acquire lets the deleter see all.
-    ULONG Decrement() const noexcept
+    ULONG CountDown() const noexcept
     {
         return referenceCount.fetch_sub(1, std::memory_order_acq_rel) - 1;
     }

@@ -1,0 +1,51 @@
+// ConsoleSettings.h: what the program keeps from one run to the next.
+#pragma once
+
+#include "ConsoleOptions.h"
+
+#include <YProfileData.h>
+#include <YProfileWindowPlacement.h>
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+// The user's choices, in the key "Console" of the host's profile, and what the administrator has
+// decided instead. A value that is not there or makes no sense is the default. User-interface
+// thread.
+class ConsoleSettings
+{
+public:
+    static constexpr std::size_t mostRecentFiles = 8;
+
+    // False: error says why the profile could not be opened; the defaults are in force.
+    bool Load(YReportMessageParams& error);
+    // Writes what has changed. False: error says why.
+    bool Save(YReportMessageParams& error);
+
+    unsigned GetLineLimit() const;  // lines
+    bool IsLineLimitLocked() const { return lockedLines != 0; }  // by the administrator
+    void SetLineLimit(unsigned lines) { lineLimit.Set(lines); }
+
+    // False: none was chosen.
+    bool GetFont(LOGFONT& font) const;
+    void SetFont(const LOGFONT& font);
+
+    const std::vector<std::wstring>& GetRecentFiles() const { return recentFiles; }  // newest first
+    void AddRecentFile(const std::wstring& path);
+    void RemoveRecentFile(const std::wstring& path);
+
+    YProfileWindowPlacement& GetPlacement() { return placement; }
+
+private:
+    void LoadRecentFiles(const YProfileKey& key);
+    bool SaveRecentFiles(const YProfileKey& key, YReportMessageParams& error);
+
+    YProfile2<unsigned, YProfileDword> lineLimit{L"Buffer Lines", 100'000};
+    unsigned lockedLines = 0;  // what the administrator wants; 0: the user may choose
+    YProfile2<YUnicodeString, YProfileSz> font{L"Font"};
+    YProfileWindowPlacement placement{L"Window"};
+    std::vector<std::wstring> recentFiles;
+    bool recentFilesChanged = false;
+};
