@@ -34,6 +34,7 @@ int main(int argc, char** argv)
     AddBufferSubjects(report);
     AddPaintSubjects(report);
     AddScrollSubjects(report);
+    AddSettingsSubjects(report);
     AddLoadSubject(report);
     int count = static_cast<int>(arguments.size());
     benchmark::Initialize(&count, arguments.data());

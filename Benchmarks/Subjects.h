@@ -8,3 +8,4 @@ void AddBufferSubjects(Report& report);  // BufferBenchmarks.cpp: no window
 void AddLoadSubject(Report& report);  // LoadBenchmark.cpp
 void AddPaintSubjects(Report& report);  // PaintBenchmarks.cpp
 void AddScrollSubjects(Report& report);  // ScrollBenchmarks.cpp
+void AddSettingsSubjects(Report& report);  // SettingsBenchmarks.cpp: registry, messages, settings
