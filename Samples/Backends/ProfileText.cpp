@@ -95,7 +95,7 @@ void TextWriter::AddKey(const ProfileNode& key, const std::string& path)
         if (value.line.empty()) {
             value.line = FormatValue(value);
         }
-        AddLine(value.line);
+        text.append(value.line);
     }
     for (const ProfileChild& child : key.GetChildren()) {
         TextWriter name;
@@ -109,6 +109,7 @@ void TextWriter::AddValue(const ProfileValue& value)
     AddName(value.name);
     text += '=';
     AddData(value.data);
+    AddLine("");
 }
 
 void TextWriter::AddName(std::wstring_view name)

@@ -15,7 +15,7 @@ constexpr std::size_t maxProfileBytes = 16u << 20;
 // UTF-8, all changes included. expectedBytes: about what it was the last time.
 std::string FormatProfile(const ProfileNode& root, std::size_t expectedBytes = 0);
 
-// One value's line in that, without its end.
+// One value's line in that, with its end.
 std::string FormatValue(const ProfileValue& value);
 
 // Null: damaged, or not such a file at all. Nothing in the tree counts as changed.
