@@ -67,6 +67,15 @@ struct YFileTraits
 };
 using YUniqueFile = YUniqueHandle<YFileTraits>;
 
+// An event, a thread: whatever CloseHandle ends and null is none of.
+struct YKernelHandleTraits
+{
+    using Handle = HANDLE;
+    static Handle Invalid() noexcept { return nullptr; }
+    static void Close(Handle object) noexcept { ::CloseHandle(object); }
+};
+using YUniqueKernelHandle = YUniqueHandle<YKernelHandleTraits>;
+
 // Holds a block of global memory locked. Get() is null when locking failed. A failed unlock is
 // ignored, as there is nothing to do about it; the last-error code survives the unlocking.
 class YGlobalLock
