@@ -32,6 +32,7 @@ int main(int argc, char** argv)
 
     Report report;
     AddBufferSubjects(report);
+    AddPacketSubjects(report);
     AddPaintSubjects(report);
     AddScrollSubjects(report);
     AddSettingsSubjects(report);

@@ -6,6 +6,7 @@ class Report;
 
 void AddBufferSubjects(Report& report);  // BufferBenchmarks.cpp: no window
 void AddLoadSubject(Report& report);  // LoadBenchmark.cpp
+void AddPacketSubjects(Report& report);  // PacketBenchmarks.cpp: no window
 void AddPaintSubjects(Report& report);  // PaintBenchmarks.cpp
 void AddScrollSubjects(Report& report);  // ScrollBenchmarks.cpp
 void AddSettingsSubjects(Report& report);  // SettingsBenchmarks.cpp: registry, messages, settings

@@ -1,0 +1,7 @@
+#include "YPacketState.h"
+
+YPacketState::YPacketState(IBuffer* first, const YPacketCursors& saved)
+    : firstChunk(first), cursors(saved)
+{}
+
+YPacketState::~YPacketState() = default;
