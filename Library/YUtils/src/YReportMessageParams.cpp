@@ -164,7 +164,9 @@ void YReportMessageParams::Assign(const IReportMessageParams& other)
 
 YReportMessageParams& YReportMessageParams::operator=(const YReportMessageParams& other)
 {
-    Assign(other);
+    if (this != &other) {
+        Assign(other);
+    }
     return *this;
 }
 
