@@ -10,6 +10,7 @@ constexpr UINT frameCommand = 201;
 constexpr UINT programCommand = 202;
 constexpr UINT everybodysCommand = 203;
 constexpr UINT nobodysCommand = 204;
+constexpr UINT secondView = AFX_IDW_PANE_FIRST + 1;
 
 Log* sharedLog = nullptr;
 
@@ -17,26 +18,21 @@ class TestView : public CView
 {
     DECLARE_DYNCREATE(TestView)
 
-    static bool refusesCreation;
+    static inline bool refusesCreation = false;
 
     ~TestView() override { sharedLog->push_back("view deleted"); }
 
 protected:
     void OnDraw(CDC*) override {}
-    void OnInitialUpdate() override
-    {
-        sharedLog->push_back("initial update");
-        CView::OnInitialUpdate();
-    }
     void OnActivateView(BOOL activate, CView* active, CView* previous) override
     {
         const std::string id = std::to_string(GetDlgCtrlID() - AFX_IDW_PANE_FIRST);
         sharedLog->push_back((activate ? "active " : "passive ") + id);
         CView::OnActivateView(activate, active, previous);
     }
-    afx_msg int OnCreate(CREATESTRUCT* create)
+    BOOL PreCreateWindow(CREATESTRUCT& create) override
     {
-        return refusesCreation ? -1 : CView::OnCreate(create);
+        return !refusesCreation && CView::PreCreateWindow(create);
     }
     afx_msg void OnViewCommand() { sharedLog->push_back("view"); }
     afx_msg void OnUpdate(CCmdUI* item)
@@ -48,12 +44,9 @@ protected:
     DECLARE_MESSAGE_MAP()
 };
 
-bool TestView::refusesCreation = false;
-
 IMPLEMENT_DYNCREATE(TestView, CView)
 
 BEGIN_MESSAGE_MAP(TestView, CView)
-    ON_WM_CREATE()
     ON_COMMAND(viewCommand, &TestView::OnViewCommand)
     ON_COMMAND(everybodysCommand, &TestView::OnViewCommand)
     ON_UPDATE_COMMAND_UI(everybodysCommand, &TestView::OnUpdate)
@@ -94,11 +87,9 @@ protected:
     void SetUp() override
     {
         sharedLog = &log;
-        frame = new TestFrame;
-        CCreateContext context;
         context.m_pNewViewClass = RUNTIME_CLASS(TestView);
-        ASSERT_TRUE(frame->Create(nullptr, L"Frame", WS_OVERLAPPEDWINDOW, CRect(0, 0, 400, 300),
-                                  nullptr, nullptr, 0, &context));
+        frame = new TestFrame;
+        ASSERT_TRUE(CreateFrame(frame));
         handle = *frame;
         frame->InitialUpdateFrame(nullptr, TRUE);
         ASSERT_TRUE(Activate(handle));
@@ -115,14 +106,24 @@ protected:
         TestView::refusesCreation = false;
     }
 
-    CView* AddView(UINT id)
+    BOOL CreateFrame(TestFrame* window)
     {
-        CCreateContext context;
-        context.m_pNewViewClass = RUNTIME_CLASS(TestView);
-        return static_cast<CView*>(frame->CreateView(&context, id));
+        return window->Create(nullptr, L"Frame", WS_OVERLAPPEDWINDOW, CRect(0, 0, 400, 300),
+                              nullptr, nullptr, 0, &context);
+    }
+
+    CView* AddView() { return static_cast<CView*>(frame->CreateView(&context, secondView)); }
+
+    CRect PlaceOf(CWnd& child)
+    {
+        CRect place;
+        child.GetWindowRect(&place);
+        frame->ScreenToClient(&place);
+        return place;
     }
 
     Log log;
+    CCreateContext context;
     TestFrame* frame = nullptr;  // deletes itself
     HWND handle = nullptr;
 };
@@ -146,20 +147,17 @@ TEST_F(CFrameWndTest, MenuItemsShowWhatTheirCommandsCanDo)
 {
     CMenu menu;
     menu.CreatePopupMenu();
-    for (UINT id : {viewCommand, frameCommand, nobodysCommand, everybodysCommand}) {
+    for (UINT id : {viewCommand, nobodysCommand, everybodysCommand}) {
         menu.AppendMenu(MF_STRING, id, L"Item");
     }
     const auto open = [&] {
         frame->SendMessage(WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(menu.GetSafeHmenu()), 0);
     };
-    const auto isGrey = [&](UINT id) {
-        return (menu.GetMenuState(id, MF_BYCOMMAND) & MF_GRAYED) != 0;
-    };
+    const auto stateOf = [&](UINT id) { return menu.GetMenuState(id, MF_BYCOMMAND); };
     open();
-    EXPECT_FALSE(isGrey(viewCommand));
-    EXPECT_FALSE(isGrey(frameCommand));
-    EXPECT_TRUE(isGrey(nobodysCommand));
-    EXPECT_TRUE(menu.GetMenuState(everybodysCommand, MF_BYCOMMAND) & MF_CHECKED);
+    EXPECT_EQ(stateOf(viewCommand), MF_ENABLED);
+    EXPECT_EQ(stateOf(nobodysCommand) & MF_GRAYED, MF_GRAYED);
+    EXPECT_EQ(stateOf(everybodysCommand), MF_CHECKED);
     CString text;
     menu.GetMenuString(everybodysCommand, text, MF_BYCOMMAND);
     EXPECT_EQ(text, L"Checked");
@@ -167,7 +165,7 @@ TEST_F(CFrameWndTest, MenuItemsShowWhatTheirCommandsCanDo)
     menu.EnableMenuItem(nobodysCommand, MF_BYCOMMAND | MF_ENABLED);
     frame->m_bAutoMenuEnable = FALSE;
     open();
-    EXPECT_FALSE(isGrey(nobodysCommand));
+    EXPECT_EQ(stateOf(nobodysCommand), MF_ENABLED);
 }
 
 TEST_F(CFrameWndTest, AcceleratorsWorkWhereverTheFocusIsInTheFrame)
@@ -183,7 +181,7 @@ TEST_F(CFrameWndTest, AcceleratorsWorkWhereverTheFocusIsInTheFrame)
 TEST_F(CFrameWndTest, ClickedViewBecomesActiveAndGoesWithoutTrace)
 {
     CView* const first = frame->GetActiveView();
-    CView* const second = AddView(AFX_IDW_PANE_FIRST + 1);
+    CView* const second = AddView();
     ASSERT_NE(second, nullptr);
     first->MoveWindow(0, 0, 100, 100);
     second->MoveWindow(100, 0, 100, 100);
@@ -200,16 +198,12 @@ TEST_F(CFrameWndTest, ClickedViewBecomesActiveAndGoesWithoutTrace)
 TEST_F(CFrameWndTest, ViewThatCannotBeMadeLeavesNothing)
 {
     TestView::refusesCreation = true;
-    EXPECT_EQ(AddView(AFX_IDW_PANE_FIRST + 1), nullptr);
+    EXPECT_EQ(AddView(), nullptr);
     EXPECT_EQ(log, (Log{"view deleted"}));
-    EXPECT_EQ(frame->GetDlgItem(AFX_IDW_PANE_FIRST + 1), nullptr);
+    EXPECT_EQ(frame->GetDlgItem(secondView), nullptr);
 
     log.clear();
-    CCreateContext context;
-    context.m_pNewViewClass = RUNTIME_CLASS(TestView);
-    auto* const refused = new TestFrame;  // whose view refuses: deletes itself
-    EXPECT_FALSE(refused->Create(nullptr, L"Refused", WS_OVERLAPPEDWINDOW, CRect(0, 0, 50, 50),
-                                 nullptr, nullptr, 0, &context));
+    EXPECT_FALSE(CreateFrame(new TestFrame));  // deletes itself
     EXPECT_EQ(log, (Log{"view deleted", "frame deleted"}));
 }
 
@@ -219,21 +213,15 @@ TEST_F(CFrameWndTest, StatusBarTakesTheBottomAndTheViewTheRest)
     ASSERT_TRUE(bar.Create(frame));
     frame->RecalcLayout();
     CRect client;
-    CRect view;
-    CRect bottom;
     frame->GetClientRect(&client);
-    frame->GetActiveView()->GetWindowRect(&view);
-    bar.GetWindowRect(&bottom);
-    frame->ScreenToClient(&view);
-    frame->ScreenToClient(&bottom);
+    const CRect bottom = PlaceOf(bar);
     EXPECT_GT(bottom.Height(), 10);
     EXPECT_EQ(bottom, CRect(0, client.bottom - bottom.Height(), client.right, client.bottom));
-    EXPECT_EQ(view, CRect(0, 0, client.right, bottom.top));
+    EXPECT_EQ(PlaceOf(*frame->GetActiveView()), CRect(0, 0, client.right, bottom.top));
 
     bar.ShowWindow(SW_HIDE);
     frame->RecalcLayout();
-    frame->GetActiveView()->GetWindowRect(&view);
-    EXPECT_EQ(view.Height(), client.Height());
+    EXPECT_EQ(PlaceOf(*frame->GetActiveView()), client);
     bar.DestroyWindow();
 }
 

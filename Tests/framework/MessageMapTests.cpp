@@ -66,21 +66,16 @@ public:
     int derivedMarker = 0x3C3C3C3C;
 
 protected:
-    void CheckThis(const char* what)
-    {
-        const bool isIntact = marker == 0x5A5A5A5A && derivedMarker == 0x3C3C3C3C;
-        log.push_back(isIntact ? what : "wrong this");
-    }
     afx_msg int OnCreate(CREATESTRUCT*)
     {
-        CheckThis("create");
+        const bool isIntact = marker == 0x5A5A5A5A && derivedMarker == 0x3C3C3C3C;
+        log.push_back(isIntact ? "create" : "wrong this");
         return 0;
     }
     afx_msg void OnSize(UINT, int width, int height)
     {
-        CheckThis("size");
+        log.push_back("size " + std::to_string(width) + " " + std::to_string(height));
         OnSizeChange();
-        size = CSize(width, height);
     }
     afx_msg void OnRange(UINT id) { log.push_back("range " + std::to_string(id)); }
     afx_msg void OnUpdateRange(CCmdUI* item) { item->Enable(item->m_nID != lastCommand); }
@@ -91,9 +86,6 @@ protected:
         *result = 42;
     }
     DECLARE_MESSAGE_MAP()
-
-public:
-    CSize size;
 };
 
 BEGIN_MESSAGE_MAP(DerivedWindow, Layer<BaseWindow>)
@@ -124,8 +116,7 @@ protected:
 TEST_F(MessageMapTest, HandlersOfAllBasesGetTheirOwnThis)
 {
     // The system's own first messages already passed through the whole chain.
-    EXPECT_EQ(createLog, (Log{"create", "size", "move 0 0"}));
-    EXPECT_EQ(window.size, CSize(50, 40));
+    EXPECT_EQ(createLog, (Log{"create", "size 50 40", "move 0 0"}));
     EXPECT_EQ(window.changes, 1);
 }
 
@@ -167,8 +158,10 @@ namespace {
 class SelfReliantEdit : public CEdit
 {
 public:
-    Log& log;
     explicit SelfReliantEdit(Log& shared) : log(shared) {}
+
+    Log& log;
+    CBrush brush;
 
 protected:
     afx_msg void OnChange() { log.push_back("edit itself"); }
@@ -178,9 +171,6 @@ protected:
         return brush;
     }
     DECLARE_MESSAGE_MAP()
-
-public:
-    CBrush brush;
 };
 
 BEGIN_MESSAGE_MAP(SelfReliantEdit, CEdit)
@@ -188,40 +178,27 @@ BEGIN_MESSAGE_MAP(SelfReliantEdit, CEdit)
     ON_WM_CTLCOLOR_REFLECT()
 END_MESSAGE_MAP()
 
-class SelfReliantBar : public CScrollBar
+// A scroll bar that tells whether it is asked itself, or its parent by the bar.
+class RecordingBar : public CScrollBar
 {
 public:
-    Log& log;
-    explicit SelfReliantBar(Log& shared) : log(shared) {}
+    Log log;
 
 protected:
     afx_msg void VScroll(UINT code, UINT position)
     {
-        log.push_back("scroll " + std::to_string(code) + " " + std::to_string(position));
+        log.push_back("itself " + std::to_string(code) + " " + std::to_string(position));
     }
-    DECLARE_MESSAGE_MAP()
-};
-
-BEGIN_MESSAGE_MAP(SelfReliantBar, CScrollBar)
-    ON_WM_VSCROLL_REFLECT()
-END_MESSAGE_MAP()
-
-// Takes scroll messages itself, with the bar that sent them.
-class ScrollParent : public CWnd
-{
-public:
-    CScrollBar* sender = nullptr;
-
-protected:
     afx_msg void OnVScroll(UINT code, UINT position, CScrollBar* bar)
     {
-        sender = bar;
-        CWnd::OnVScroll(code, position, bar);
+        log.push_back(bar == nullptr ? "own bar" : "bar " + std::to_string(bar->GetDlgCtrlID()));
+        CScrollBar::OnVScroll(code, position, bar);
     }
     DECLARE_MESSAGE_MAP()
 };
 
-BEGIN_MESSAGE_MAP(ScrollParent, CWnd)
+BEGIN_MESSAGE_MAP(RecordingBar, CScrollBar)
+    ON_WM_VSCROLL_REFLECT()
     ON_WM_VSCROLL()
 END_MESSAGE_MAP()
 
@@ -245,8 +222,7 @@ TEST_F(MessageMapTest, ReflectedColourWithoutBrushFallsBackToTheParent)
             window.SendMessage(WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(dc.GetSafeHdc()),
                                reinterpret_cast<LPARAM>(edit.GetSafeHwnd())));
     };
-    const HBRUSH systems = ask();
-    EXPECT_NE(systems, nullptr);
+    EXPECT_NE(ask(), nullptr);  // the system's
     ASSERT_TRUE(edit.brush.CreateSolidBrush(RGB(1, 2, 3)));
     EXPECT_EQ(ask(), static_cast<HBRUSH>(edit.brush));
     EXPECT_EQ(window.log, (Log{"colour", "colour"}));
@@ -254,15 +230,13 @@ TEST_F(MessageMapTest, ReflectedColourWithoutBrushFallsBackToTheParent)
 
 TEST_F(MessageMapTest, ScrollBarControlGetsItsMessagesThroughTheParent)
 {
-    ScrollParent parent;
-    ASSERT_TRUE(parent.Create(nullptr, nullptr, WS_CHILD, CRect(0, 0, 50, 50), &top, 2));
-    SelfReliantBar bar(window.log);
+    RecordingBar parent;
+    ASSERT_TRUE(parent.Create(WS_CHILD, CRect(0, 0, 50, 50), &top, 2));
+    RecordingBar bar;
     ASSERT_TRUE(bar.Create(WS_CHILD | SBS_VERT, CRect(0, 0, 17, 50), &parent, 3));
     parent.SendMessage(WM_VSCROLL, MAKEWPARAM(SB_THUMBPOSITION, 12),
                        reinterpret_cast<LPARAM>(bar.GetSafeHwnd()));
-    EXPECT_EQ(parent.sender, &bar);
-    EXPECT_EQ(window.log, (Log{"scroll 4 12"}));
-
-    parent.SendMessage(WM_VSCROLL, SB_LINEDOWN, 0);  // the window's own bar
-    EXPECT_EQ(parent.sender, nullptr);
+    parent.SendMessage(WM_VSCROLL, SB_LINEDOWN, 0);
+    EXPECT_EQ(parent.log, (Log{"bar 3", "own bar"}));
+    EXPECT_EQ(bar.log, (Log{"itself 4 12"}));
 }

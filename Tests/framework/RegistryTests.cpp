@@ -1,11 +1,11 @@
 // The control library's settings in the real registry, below a key of the test's own.
-#include "WindowTest.h"
-
-#include "support/CaseName.h"
+#include "foundation/ScratchRegistry.h"
 #include "support/ImportHook.h"
 #include "support/LeakCheck.h"
 
 #include <BCGCBProInc.h>
+
+#include <gtest/gtest.h>
 
 #include <string>
 
@@ -19,26 +19,21 @@ namespace {
 
 using namespace std::string_literals;
 
-constexpr int keyNameInformation = 3;
-
-constexpr wchar_t testsKey[] = L"Software\\CommonUiTests";
 constexpr wchar_t path[] = L"Software\\Test\\Settings";
 
-// A string and a number, which not all bytes are.
 class Setting : public CObject
 {
 public:
     void Serialize(CArchive& ar) override
     {
         if (ar.IsStoring()) {
-            ar << text << number;
+            ar << text;
         } else {
-            ar >> text >> number;
+            ar >> text;
         }
     }
 
     CString text;
-    int number = 0;
 };
 
 class OtherRegistry : public CBCGPRegistry
@@ -47,69 +42,48 @@ class OtherRegistry : public CBCGPRegistry
 };
 IMPLEMENT_DYNCREATE(OtherRegistry, CBCGPRegistry)
 
-void SetRaw(LPCWSTR key, LPCWSTR name, DWORD type, const std::string& bytes)
+// Somebody who makes the value larger after each of the first three looks at it.
+int looks = 0;
+
+LSTATUS WINAPI ReadAndGrow(HKEY key, LPCWSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data,
+                           LPDWORD count)
 {
-    ::RegSetKeyValueW(HKEY_CURRENT_USER, key, name, type, bytes.data(), bytes.size());
+    const LSTATUS status = ::RegQueryValueExW(key, name, reserved, type, data, count);
+    if (++looks <= 3) {
+        ScratchRegistry::Set(HKEY_CURRENT_USER, path, name, REG_SZ, std::string(50 * looks, 'x'));
+    }
+    return status;
 }
 
-// Somebody who makes the value larger after each of the first three looks at it.
-class GrowingValue
+// The link leads to a key by the system's own name of it.
+void MakeLink(const wchar_t* name, const wchar_t* targetKey)
 {
-public:
-    GrowingValue() { looks = 0; }
-
-private:
-    static LSTATUS WINAPI Grow(HKEY key, LPCWSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data,
-                               LPDWORD count)
+    struct
     {
-        const LSTATUS status = ::RegQueryValueExW(key, name, reserved, type, data, count);
-        if (++looks <= 3) {
-            SetRaw(path, name, REG_SZ, std::string(50 * looks, 'x'));
-        }
-        return status;
-    }
+        ULONG bytes;
+        wchar_t text[512];
+    } target{};
+    ULONG size = 0;
+    HKEY key = nullptr;
+    ::RegOpenKeyW(HKEY_CURRENT_USER, targetKey, &key);
+    ::NtQueryKey(key, 3, &target, sizeof(target), &size);
+    ::RegCloseKey(key);
+    ::RegCreateKeyExW(HKEY_CURRENT_USER, name, 0, nullptr, REG_OPTION_CREATE_LINK,
+                      KEY_WRITE | KEY_CREATE_LINK, nullptr, &key, nullptr);
+    ::RegSetValueExW(key, L"SymbolicLinkValue", 0, REG_LINK,
+                     reinterpret_cast<const BYTE*>(target.text), target.bytes);
+    ::RegCloseKey(key);
+}
 
-    static inline int looks;
-    ImportHook hook{L"CommonFramework.dll", "ADVAPI32.dll", "RegQueryValueExW", &Grow};
-};
+bool Exists(LPCWSTR key)
+{
+    return CBCGPRegistry(FALSE, TRUE).Open(key) != FALSE;
+}
 
-// HKEY_CURRENT_USER is a key of this process while the test runs.
 class RegistryTest : public testing::Test
 {
 protected:
-    RegistryTest() : scratchPath(testsKey + L"\\"s + std::to_wstring(::GetCurrentProcessId()))
-    {
-        ::RegCreateKeyW(HKEY_CURRENT_USER, scratchPath.c_str(), &scratch);
-        ::RegOverridePredefKey(HKEY_CURRENT_USER, scratch);
-    }
-    ~RegistryTest() override
-    {
-        ::RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
-        ::RegCloseKey(scratch);
-        ::RegDeleteTreeW(HKEY_CURRENT_USER, scratchPath.c_str());
-        ::RegDeleteKeyW(HKEY_CURRENT_USER, testsKey);  // while no other process has one below
-    }
-
-    // By the system's own name of the key.
-    static void SetLinkTarget(HKEY link, LPCWSTR target)
-    {
-        HKEY key = nullptr;
-        ::RegOpenKeyW(HKEY_CURRENT_USER, target, &key);
-        struct
-        {
-            ULONG bytes;
-            WCHAR text[512];
-        } name{};
-        ULONG size = 0;
-        ::NtQueryKey(key, keyNameInformation, &name, sizeof(name), &size);
-        ::RegCloseKey(key);
-        ::RegSetValueExW(link, L"SymbolicLinkValue", 0, REG_LINK,
-                         reinterpret_cast<const BYTE*>(name.text), name.bytes);
-    }
-    static bool Exists(LPCWSTR key) { return CBCGPRegistry(FALSE, TRUE).Open(key) != FALSE; }
-
-    std::wstring scratchPath;
-    HKEY scratch = nullptr;
+    ScratchRegistry scratch;
 };
 
 }  // namespace
@@ -118,7 +92,6 @@ TEST_F(RegistryTest, ReadsWhatAnotherObjectWrote)
 {
     Setting setting;
     setting.text = L"caf\u00E9";
-    setting.number = 5;
     {
         CBCGPRegistry registry;
         EXPECT_FALSE(registry.Open(path));
@@ -141,67 +114,59 @@ TEST_F(RegistryTest, ReadsWhatAnotherObjectWrote)
     EXPECT_TRUE(registry.Read(L"dword", dword) && dword == 0x80000000UL);
     EXPECT_TRUE(registry.Read(L"text", text) && text == L"w\u00F6rld");
     EXPECT_TRUE(registry.Read(L"rect", rect) && rect == CRect(1, -2, 3, 4));
-    EXPECT_TRUE(registry.Read(L"object", object) && back.text == setting.text && back.number == 5);
+    EXPECT_TRUE(registry.Read(L"object", object) && back.text == setting.text);
     EXPECT_FALSE(registry.Write(L"int", 8) || registry.DeleteValue(L"int") ||
                  registry.DeleteKey(path) || registry.CreateKey(L"Software\\New"));
     EXPECT_TRUE(Exists(path));
 }
 
-struct ForeignCase
+TEST_F(RegistryTest, ForeignValueIsReadAsItIsOrNotAtAll)
 {
-    const char* name;
-    DWORD type;
-    std::string bytes;
-    const wchar_t* text;  // null: not a string; so below
-    const char* block;
-    bool isNumber;
-};
-class RegistryForeign : public RegistryTest, public testing::WithParamInterface<ForeignCase>
-{};
+    struct
+    {
+        DWORD type;
+        std::string bytes;
+        const wchar_t* text;  // null: not a string
+        bool isBlock;
+        int number;  // 0: not a number
+    } cases[] = {{REG_SZ, "a\0b\0"s, L"ab", false, 0},  // without an end
+                 {REG_SZ, "a\0b"s, L"a", false, 0},
+                 {REG_EXPAND_SZ, "a\0\0\0b\0\0\0"s, L"a", false, 0},
+                 {REG_SZ, ""s, L"", false, 0},
+                 {REG_DWORD, "\0cba"s, nullptr, false, 0x61626300},
+                 {REG_DWORD, "cba"s, nullptr, false, 0},
+                 {REG_BINARY, ""s, nullptr, false, 0},
+                 // An object with a string of 2 GB.
+                 {REG_BINARY, "\xFF\xFE\xFF\xFF\xFF\xFF\xFF\xFF\xFF\x7F"s, nullptr, true, 0}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c.bytes));
+        ScratchRegistry::Set(HKEY_CURRENT_USER, path, L"value", c.type, c.bytes);
+        CBCGPRegistry registry;
+        ASSERT_TRUE(registry.Open(path));
+        const LeakCheck leaks;
 
-TEST_P(RegistryForeign, ValueIsReadAsItIsOrNotAtAll)
-{
-    const ForeignCase& c = GetParam();
-    SetRaw(path, L"value", c.type, c.bytes);
-    CBCGPRegistry registry;
-    ASSERT_TRUE(registry.Open(path));
-    const LeakCheck leaks;
-
-    CString text(L"before");
-    EXPECT_EQ(registry.Read(L"value", text), c.text != nullptr);
-    EXPECT_TRUE(text == (c.text != nullptr ? c.text : L"before"));
-    BYTE* bytes = nullptr;
-    UINT count = 0;
-    EXPECT_EQ(registry.Read(L"value", &bytes, &count), c.block != nullptr);
-    EXPECT_EQ(std::string(bytes, bytes + count), c.block != nullptr ? c.block : "");
-    delete[] bytes;
-    int number = 77;
-    EXPECT_EQ(registry.Read(L"value", number), c.isNumber);
-    EXPECT_EQ(number, c.isNumber ? 0x61626300 : 77);
-    CRect rect;
-    Setting setting;
-    EXPECT_FALSE(registry.Read(L"value", rect) || registry.Read(L"value", setting));
+        CString text(L"before");
+        EXPECT_EQ(registry.Read(L"value", text), c.text != nullptr);
+        EXPECT_TRUE(text == (c.text != nullptr ? c.text : L"before"));
+        BYTE* bytes = nullptr;
+        UINT count = 0;
+        EXPECT_EQ(registry.Read(L"value", &bytes, &count), c.isBlock);
+        EXPECT_EQ(std::string(bytes, bytes + count), c.isBlock ? c.bytes : "");
+        delete[] bytes;
+        int number = 0;
+        EXPECT_EQ(registry.Read(L"value", number), c.number != 0);
+        EXPECT_EQ(number, c.number);
+        CRect rect;
+        Setting setting;
+        EXPECT_FALSE(registry.Read(L"value", rect) || registry.Read(L"value", setting));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Values, RegistryForeign,
-    testing::Values(ForeignCase{"EndlessString", REG_SZ, "a\0b\0"s, L"ab", nullptr, false},
-                    ForeignCase{"HalfCharacter", REG_SZ, "a\0b"s, L"a", nullptr, false},
-                    ForeignCase{"EarlyEnd", REG_EXPAND_SZ, "a\0\0\0b\0\0\0"s, L"a", nullptr, false},
-                    ForeignCase{"EmptyString", REG_SZ, ""s, L"", nullptr, false},
-                    ForeignCase{"Number", REG_DWORD, "\0cba"s, nullptr, nullptr, true},
-                    ForeignCase{"ShortNumber", REG_DWORD, "cba"s, nullptr, nullptr, false},
-                    ForeignCase{"Block", REG_BINARY, "abcd"s, nullptr, "abcd", false},
-                    ForeignCase{"EmptyBlock", REG_BINARY, ""s, nullptr, nullptr, false},
-                    ForeignCase{"HugeString", REG_BINARY,
-                                "\xFF\xFE\xFF\xFF\xFF\xFF\xFF\xFF\xFF\x7F"s, nullptr,
-                                "\xFF\xFE\xFF\xFF\xFF\xFF\xFF\xFF\xFF\x7F", false}),
-    CaseName());
 
 TEST_F(RegistryTest, ReadsAValueThatGrowsMeanwhile)
 {
-    SetRaw(path, L"value", REG_SZ, "a\0\0\0"s);
-    const GrowingValue growing;
+    ScratchRegistry::Set(HKEY_CURRENT_USER, path, L"value", REG_SZ, "a\0\0\0"s);
+    looks = 0;
+    const ImportHook hook(L"CommonFramework.dll", "ADVAPI32.dll", "RegQueryValueExW", &ReadAndGrow);
     CBCGPRegistry registry;
     CString text;
     EXPECT_TRUE(registry.Open(path) && registry.Read(L"value", text));
@@ -210,20 +175,13 @@ TEST_F(RegistryTest, ReadsAValueThatGrowsMeanwhile)
 
 TEST_F(RegistryTest, DeletesATreeButNotWhatALinkPointsTo)
 {
-    CBCGPRegistry registry;
     for (const wchar_t* key : {L"Tree\\One\\Deep", L"Tree\\Two", L"Kept\\Inside"}) {
-        ASSERT_TRUE(registry.CreateKey(key));
+        ScratchRegistry::MakeKey(HKEY_CURRENT_USER, key);
     }
-    registry.Close();
-    HKEY link = nullptr;
-    const LSTATUS status =
-        ::RegCreateKeyExW(HKEY_CURRENT_USER, L"Tree\\Link", 0, nullptr, REG_OPTION_CREATE_LINK,
-                          KEY_WRITE | KEY_CREATE_LINK, nullptr, &link, nullptr);
-    ASSERT_EQ(status, ERROR_SUCCESS);
-    SetLinkTarget(link, L"Kept");
-    ::RegCloseKey(link);
-    ASSERT_TRUE(Exists(L"Tree\\Link\\Inside"));  // the link works
+    MakeLink(L"Tree\\Link", L"Kept");
+    ASSERT_TRUE(Exists(L"Tree\\Link\\Inside"));
 
+    CBCGPRegistry registry;
     for (const wchar_t* all : {L"", L"\\"}) {
         EXPECT_FALSE(registry.DeleteKey(all));
     }
@@ -251,11 +209,10 @@ TEST_F(RegistryTest, TellsDarkFromLight)
         L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
     globalData.UpdateSysColors();
     EXPECT_FALSE(globalData.IsSystemAppDarkMode());  // nothing is set
-    SetRaw(personalize, L"AppsUseLightTheme", REG_DWORD, "\0\0\0\0"s);
-    EXPECT_FALSE(globalData.IsSystemAppDarkMode());  // not asked again
-    globalData.UpdateSysColors();
-    EXPECT_TRUE(globalData.IsSystemAppDarkMode());
-    SetRaw(personalize, L"AppsUseLightTheme", REG_DWORD, "\1\0\0\0"s);
-    globalData.UpdateSysColors();
-    EXPECT_FALSE(globalData.IsSystemAppDarkMode());
+    for (const bool isLight : {false, true}) {
+        ScratchRegistry::SetNumber(HKEY_CURRENT_USER, personalize, L"AppsUseLightTheme", isLight);
+        EXPECT_EQ(globalData.IsSystemAppDarkMode(), isLight);  // as before: not asked again
+        globalData.UpdateSysColors();
+        EXPECT_EQ(globalData.IsSystemAppDarkMode(), !isLight);
+    }
 }

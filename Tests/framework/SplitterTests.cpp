@@ -14,12 +14,7 @@ class PaneView : public CView
     DECLARE_DYNCREATE(PaneView)
 
 protected:
-    void OnDraw(CDC* dc) override
-    {
-        CRect client;
-        GetClientRect(&client);
-        dc->FillSolidRect(client, RGB(255, 255, 255));
-    }
+    void OnDraw(CDC* dc) override { dc->FillSolidRect(CRect(0, 0, 999, 999), RGB(255, 255, 255)); }
 };
 
 IMPLEMENT_DYNCREATE(PaneView, CView)
@@ -96,32 +91,23 @@ TEST_F(CSplitterWndTest, TrackWithoutRoomForItsMinimumIsNotShown)
     EXPECT_EQ(ColumnWidth(0), 100);
 }
 
-struct DragCase
+TEST_F(CSplitterWndTest, DraggingMovesTheBarWithinTheMinima)
 {
-    const char* name;
-    int to;  // x where the bar, taken in its middle, is let go
-    int expected;  // width of the first column
-};
-
-class CSplitterWndDrag : public CSplitterWndTest, public testing::WithParamInterface<DragCase>
-{};
-
-TEST_P(CSplitterWndDrag, MovesTheBarWithinTheMinima)
-{
-    const int middle = 100 + barSize / 2;
-    DragLeft(splitter, {middle, 30}, {GetParam().to, 30});
-    EXPECT_EQ(ColumnWidth(0), GetParam().expected);
-    EXPECT_EQ(PlaceOf(1, 1).left, GetParam().expected + barSize);
-    EXPECT_EQ(PlaceOf(0, 0).bottom, 80);  // the other direction stays
-    EXPECT_EQ(::GetCapture(), nullptr);
-    EXPECT_EQ(::GetFocus(), frame->GetActiveView()->GetSafeHwnd());
+    int left = 100;  // width of the first column
+    const std::pair<int, int> cases[] = {// where the bar's middle is let go, the new width
+                                         {150 + barSize / 2, 150},
+                                         {5, 40},
+                                         {width + 200, width - barSize - 60}};
+    for (const auto& [to, expected] : cases) {
+        DragLeft(splitter, {left + barSize / 2, 30}, {to, 30});
+        left = expected;
+        EXPECT_EQ(ColumnWidth(0), expected);
+        EXPECT_EQ(PlaceOf(1, 1).left, expected + barSize);
+        EXPECT_EQ(PlaceOf(0, 0).bottom, 80);  // the other direction stays
+        EXPECT_EQ(::GetCapture(), nullptr);
+        EXPECT_EQ(::GetFocus(), frame->GetActiveView()->GetSafeHwnd());
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Targets, CSplitterWndDrag,
-    testing::Values(DragCase{"Right", 150 + barSize / 2, 150}, DragCase{"LeftOfMinimum", 5, 40},
-                    DragCase{"OutsideTheWindow", width + 200, width - barSize - 60}),
-    CaseName());
 
 TEST_F(CSplitterWndTest, IntersectionDragsBothBars)
 {
@@ -129,33 +115,24 @@ TEST_F(CSplitterWndTest, IntersectionDragsBothBars)
     EXPECT_EQ(PlaceOf(0, 0), CRect(0, 0, 150, 120));
 }
 
-TEST_F(CSplitterWndTest, EscapeAndLostCaptureCancel)
-{
-    PressLeft(splitter, {102, 30});
-    MovePointer(splitter, {180, 30});
-    TypeKey(VK_ESCAPE);
-    EXPECT_EQ(::GetCapture(), nullptr);
-    ReleaseLeft(splitter, {180, 30});
-    EXPECT_EQ(ColumnWidth(0), 100);
-
-    PressLeft(splitter, {102, 30});
-    MovePointer(splitter, {180, 30});
-    ::SetCapture(*frame);
-    ReleaseLeft(splitter, {180, 30});
-    ::ReleaseCapture();
-    EXPECT_EQ(ColumnWidth(0), 100);
-}
-
-TEST_F(CSplitterWndTest, TrackerIsSeenWhileDraggingAndLeavesNoTrace)
+TEST_F(CSplitterWndTest, EscapeAndLostCaptureCancelWithoutTrace)
 {
     const auto pixel = [&] { return CClientDC(splitter.GetPane(0, 1)).GetPixel(50, 30); };
-    EXPECT_EQ(pixel(), RGB(255, 255, 255));
-    PressLeft(splitter, {102, 30});
-    MovePointer(splitter, {100 + barSize + 50, 30});
-    EXPECT_EQ(pixel(), RGB(0, 0, 0));
-    TypeKey(VK_ESCAPE);
-    EXPECT_EQ(pixel(), RGB(255, 255, 255));
-    ReleaseLeft(splitter, {200, 30});
+    for (const bool byKey : {true, false}) {
+        PressLeft(splitter, {102, 30});
+        MovePointer(splitter, {100 + barSize + 50, 30});
+        EXPECT_EQ(pixel(), RGB(0, 0, 0));  // the tracker
+        if (byKey) {
+            TypeKey(VK_ESCAPE);
+            EXPECT_EQ(::GetCapture(), nullptr);
+        } else {
+            ::SetCapture(*frame);
+        }
+        EXPECT_EQ(pixel(), RGB(255, 255, 255));
+        ReleaseLeft(splitter, {180, 30});
+        ::ReleaseCapture();
+        EXPECT_EQ(ColumnWidth(0), 100);
+    }
 }
 
 TEST_F(CSplitterWndTest, FirstViewIsActiveAndPanesAreFound)

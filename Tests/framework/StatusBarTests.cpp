@@ -35,10 +35,9 @@ protected:
     {
         frame = new UpdatingFrame;
         ASSERT_TRUE(frame->Create(nullptr, L"Status", WS_OVERLAPPEDWINDOW, CRect(0, 0, 400, 200)));
-        ASSERT_TRUE(Bar().Create(frame));
-        ASSERT_TRUE(Bar().SetIndicators(nullptr, 3));
-        Bar().SetPaneInfo(1, updatedPane, SBPS_NORMAL, 60);
-        Bar().SetPaneInfo(2, 301, SBPS_NORMAL, 40);
+        ASSERT_TRUE(frame->bar.Create(frame));
+        ASSERT_TRUE(frame->bar.SetIndicators(nullptr, 2));
+        frame->bar.SetPaneInfo(1, updatedPane, SBPS_NORMAL, 60);
         frame->RecalcLayout();
         frame->ShowWindow(SW_SHOWNORMAL);
         PumpMessages();
@@ -51,13 +50,12 @@ protected:
         CWinThread().OnIdle(1);
     }
 
-    CStatusBar& Bar() { return frame->bar; }
-
     // What the control really shows.
     CString ShownText(int pane)
     {
         wchar_t text[64] = {};
-        Bar().SendMessage(SB_GETTEXTW, static_cast<WPARAM>(pane), reinterpret_cast<LPARAM>(text));
+        frame->bar.SendMessage(SB_GETTEXTW, static_cast<WPARAM>(pane),
+                               reinterpret_cast<LPARAM>(text));
         return text;
     }
 
@@ -69,35 +67,29 @@ protected:
 TEST_F(CStatusBarTest, FirstPaneStretchesAndTheOthersKeepTheirWidth)
 {
     CRect second;
-    Bar().GetItemRect(1, &second);
+    frame->bar.GetItemRect(1, &second);
     EXPECT_GE(second.Width(), 60);
     const int before = second.left;
     frame->SetWindowPos(nullptr, 0, 0, 500, 200, SWP_NOMOVE | SWP_NOZORDER);
     CRect moved;
-    Bar().GetItemRect(1, &moved);
+    frame->bar.GetItemRect(1, &moved);
     EXPECT_EQ(moved.left, before + 100);
     EXPECT_EQ(moved.Width(), second.Width());
-}
-
-TEST_F(CStatusBarTest, TextsAreThePanesOwn)
-{
-    EXPECT_TRUE(Bar().SetPaneText(2, L"two"));
-    frame->SetMessageText(L"Ready");  // the first pane, as the bar's own text
-    EXPECT_EQ(ShownText(2), L"two");
-    EXPECT_EQ(ShownText(0), L"Ready");
 }
 
 TEST_F(CStatusBarTest, IdleTimeBringsPanesUpToDate)
 {
     CWinThread thread;
     thread.m_pMainWnd = frame;
+    frame->SetMessageText(L"Ready");  // the first pane, as the bar's own text
     thread.OnIdle(0);
+    EXPECT_EQ(ShownText(0), L"Ready");
     EXPECT_EQ(ShownText(1), L"updated");
     frame->isEnabled = FALSE;
     frame->text = L"hidden";
     thread.OnIdle(0);
     EXPECT_EQ(ShownText(1), L"");  // off: the text is kept, not shown
-    EXPECT_EQ(Bar().GetPaneText(1), L"hidden");
+    EXPECT_EQ(frame->bar.GetPaneText(1), L"hidden");
     frame->isEnabled = TRUE;
     thread.OnIdle(0);
     EXPECT_EQ(ShownText(1), L"hidden");

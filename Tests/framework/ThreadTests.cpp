@@ -22,19 +22,17 @@ public:
     }
 
 protected:
-    afx_msg LRESULT OnWork(WPARAM, LPARAM)
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
     {
-        log.push_back(std::string(name) + " handles");
-        return 0;
+        if (message == workMessage) {
+            log.push_back(std::string(name) + " handles");
+        }
+        return CWnd::WindowProc(message, wParam, lParam);
     }
+
     Log& log;
     const char* name;
-    DECLARE_MESSAGE_MAP()
 };
-
-BEGIN_MESSAGE_MAP(Translator, CWnd)
-    ON_MESSAGE(workMessage, &Translator::OnWork)
-END_MESSAGE_MAP()
 
 // A user-interface thread that does what its test tells it in InitInstance.
 class TestThread : public CWinThread

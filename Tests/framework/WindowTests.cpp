@@ -16,18 +16,17 @@ public:
 
     enum class Fault {
         None,
-        RefuseBefore,
+        BeforeCreation,
         UnknownClass,
-        RefuseNcCreate,
+        ThrowInHook,
         RefuseCreate,
-        ThrowInCreate,
-        ThrowBeforeMessages
+        ThrowInCreate
     };
     Fault fault = Fault::None;
 
     void PreSubclassWindow() override
     {
-        if (fault == Fault::ThrowBeforeMessages) {
+        if (fault == Fault::ThrowInHook) {
             throw std::runtime_error("PreSubclassWindow");
         }
     }
@@ -37,12 +36,7 @@ public:
         if (fault == Fault::UnknownClass) {
             cs.lpszClass = L"No such class";
         }
-        return fault != Fault::RefuseBefore && CWnd::PreCreateWindow(cs);
-    }
-
-    afx_msg BOOL OnNcCreate(CREATESTRUCT* create)
-    {
-        return fault != Fault::RefuseNcCreate && CWnd::OnNcCreate(create);
+        return fault != Fault::BeforeCreation && CWnd::PreCreateWindow(cs);
     }
 
     afx_msg int OnCreate(CREATESTRUCT*)
@@ -71,50 +65,9 @@ protected:
 };
 
 BEGIN_MESSAGE_MAP(MortalWindow, CWnd)
-    ON_WM_NCCREATE()
     ON_WM_CREATE()
     ON_WM_DESTROY()
 END_MESSAGE_MAP()
-
-struct CreationFault
-{
-    const char* name;
-    MortalWindow::Fault fault;
-};
-
-class CreationFailure : public WindowTest, public testing::WithParamInterface<CreationFault>
-{};
-
-}  // namespace
-
-TEST_P(CreationFailure, LeavesNoWindowAndTellsTheObjectOnce)
-{
-    const auto create = [&](Log& log) {
-        auto* const window = new MortalWindow(log);
-        window->fault = GetParam().fault;
-        return window->CreateEx(0, nullptr, nullptr, WS_CHILD, CRect(0, 0, 9, 9), &top, 1);
-    };
-    Log log;
-    create(log);  // what the system makes once
-    log.clear();
-    LeakCheck leaks;
-    EXPECT_FALSE(create(log));
-    std::erase(log, "destroy");  // some systems send WM_DESTROY after a failed WM_CREATE
-    EXPECT_EQ(log, (Log{"post destroy", "deleted"}));
-    EXPECT_EQ(::GetWindow(top, GW_CHILD), nullptr);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Faults, CreationFailure,
-    testing::Values(CreationFault{"Refused", MortalWindow::Fault::RefuseBefore},
-                    CreationFault{"ClassUnknown", MortalWindow::Fault::UnknownClass},
-                    CreationFault{"NcCreateFalse", MortalWindow::Fault::RefuseNcCreate},
-                    CreationFault{"CreateMinusOne", MortalWindow::Fault::RefuseCreate},
-                    CreationFault{"CreateThrows", MortalWindow::Fault::ThrowInCreate},
-                    CreationFault{"ThrowsInTheHook", MortalWindow::Fault::ThrowBeforeMessages}),
-    CaseName());
-
-namespace {
 
 class WindowLife : public WindowTest
 {
@@ -125,6 +78,12 @@ protected:
         auto* const window = new MortalWindow(log);
         EXPECT_TRUE(window->CreateEx(0, nullptr, nullptr, WS_CHILD, CRect(0, 0, 9, 9), &top, 1));
         return window;
+    }
+
+    HWND MakeRawEdit()
+    {
+        return ::CreateWindowW(L"EDIT", L"", WS_CHILD, 0, 0, 50, 20, top,
+                               reinterpret_cast<HMENU>(7), nullptr, nullptr);
     }
 
     Log log;
@@ -138,43 +97,31 @@ public:
     CEdit edit;
 
 protected:
-    afx_msg int OnCreate(CREATESTRUCT*)
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
     {
-        raw = ::CreateWindowW(L"STATIC", L"", WS_CHILD, 0, 0, 5, 5, m_hWnd, nullptr, nullptr,
-                              nullptr);
-        return edit.Create(WS_CHILD, CRect(0, 0, 5, 5), this, 2) ? 0 : -1;
+        if (message == WM_CREATE) {
+            raw = ::CreateWindowW(L"STATIC", L"", WS_CHILD, 0, 0, 5, 5, m_hWnd, nullptr, nullptr,
+                                  nullptr);
+            edit.Create(WS_CHILD, CRect(0, 0, 5, 5), this, 2);
+        }
+        return CWnd::WindowProc(message, wParam, lParam);
     }
-    DECLARE_MESSAGE_MAP()
 };
-
-BEGIN_MESSAGE_MAP(BusyCreator, CWnd)
-    ON_WM_CREATE()
-END_MESSAGE_MAP()
 
 class CountingEdit : public CEdit
 {
 public:
-    int characters = 0;
     int creates = 0;
+    int characters = 0;
 
 protected:
-    afx_msg int OnCreate(CREATESTRUCT* create)
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
     {
-        ++creates;
-        return CEdit::OnCreate(create);
+        creates += message == WM_CREATE ? 1 : 0;
+        characters += message == WM_CHAR ? 1 : 0;
+        return CEdit::WindowProc(message, wParam, lParam);
     }
-    afx_msg void OnChar(UINT character, UINT repeat, UINT flags)
-    {
-        ++characters;
-        CEdit::OnChar(character, repeat, flags);
-    }
-    DECLARE_MESSAGE_MAP()
 };
-
-BEGIN_MESSAGE_MAP(CountingEdit, CEdit)
-    ON_WM_CREATE()
-    ON_WM_CHAR()
-END_MESSAGE_MAP()
 
 CString TextOf(const CWnd& window)
 {
@@ -185,21 +132,33 @@ CString TextOf(const CWnd& window)
 
 }  // namespace
 
-TEST_F(WindowLife, ObjectLetsGoOfItsWindowBeforeItDeletesItself)
+TEST_F(WindowLife, FailedCreationLeavesNoWindowAndTellsTheObjectOnce)
 {
-    MortalWindow* const window = MakeMortal();
-    const HWND handle = *window;
-    EXPECT_EQ(CWnd::FromHandlePermanent(handle), window);
-    EXPECT_TRUE(window->DestroyWindow());
-    EXPECT_EQ(log, (Log{"destroy", "post destroy", "deleted"}));
-    EXPECT_EQ(CWnd::FromHandlePermanent(handle), nullptr);
+    using Fault = MortalWindow::Fault;
+    const auto create = [&](Fault fault) {
+        auto* const window = new MortalWindow(log);
+        window->fault = fault;
+        return window->CreateEx(0, nullptr, nullptr, WS_CHILD, CRect(0, 0, 9, 9), &top, 1);
+    };
+    for (const Fault fault : {Fault::BeforeCreation, Fault::UnknownClass, Fault::ThrowInHook,
+                              Fault::RefuseCreate, Fault::ThrowInCreate}) {
+        SCOPED_TRACE(static_cast<int>(fault));
+        create(fault);  // what the system makes once
+        log.clear();
+        LeakCheck leaks;
+        EXPECT_FALSE(create(fault));
+        std::erase(log, "destroy");  // some systems send WM_DESTROY after a failed WM_CREATE
+        EXPECT_EQ(log, (Log{"post destroy", "deleted"}));
+        EXPECT_EQ(::GetWindow(top, GW_CHILD), nullptr);
+    }
 }
 
-TEST_F(WindowLife, ChildrenGoWithTheParent)
+TEST_F(WindowLife, ObjectLetsGoOfItsWindowBeforeItDeletesItself)
 {
-    MakeMortal();
-    top.DestroyWindow();
+    const HWND handle = *MakeMortal();
+    top.DestroyWindow();  // children go with the parent
     EXPECT_EQ(log, (Log{"destroy", "post destroy", "deleted"}));
+    EXPECT_EQ(CWnd::FromHandlePermanent(handle), nullptr);
 }
 
 TEST_F(WindowLife, OnlyTheAwaitedWindowIsTakenDuringCreation)
@@ -223,8 +182,7 @@ TEST_F(WindowLife, CreatedSystemControlReachesItsObjectFromTheFirstMessageOn)
 
 TEST_F(WindowLife, SubclassingAddsTheObjectAndUnsubclassingTakesItAway)
 {
-    const HWND handle = ::CreateWindowW(L"EDIT", L"", WS_CHILD, 0, 0, 50, 20, top,
-                                        reinterpret_cast<HMENU>(7), nullptr, nullptr);
+    const HWND handle = MakeRawEdit();
     const LONG_PTR before = ::GetWindowLongPtrW(handle, GWLP_WNDPROC);
     CountingEdit edit;
     ASSERT_TRUE(edit.SubclassDlgItem(7, &top));
@@ -253,16 +211,14 @@ LRESULT CALLBACK OnTop(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 
 TEST_F(WindowLife, ObjectGoesFromUnderALaterSubclassWithoutBreakingIt)
 {
-    const HWND handle =
-        ::CreateWindowW(L"EDIT", L"", WS_CHILD, 0, 0, 50, 20, top, nullptr, nullptr, nullptr);
+    const HWND handle = MakeRawEdit();
     CountingEdit edit;
     ASSERT_TRUE(edit.SubclassWindow(handle));
     procedureBelow = reinterpret_cast<WNDPROC>(
         ::SetWindowLongPtrW(handle, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&OnTop)));
     edit.UnsubclassWindow();
-    charactersOnTop = 0;
     ::SendMessageW(handle, WM_CHAR, L'a', 1);
-    EXPECT_EQ(charactersOnTop, 1);
+    EXPECT_EQ(std::exchange(charactersOnTop, 0), 1);
     EXPECT_EQ(edit.characters, 0);
     EXPECT_EQ(TextOf(*CWnd::FromHandle(handle)), L"a");
     ::DestroyWindow(handle);
@@ -270,8 +226,7 @@ TEST_F(WindowLife, ObjectGoesFromUnderALaterSubclassWithoutBreakingIt)
 
 TEST_F(WindowLife, SubclassedWindowThatDiesLeavesItsObjectFree)
 {
-    const HWND handle =
-        ::CreateWindowW(L"EDIT", L"", WS_CHILD, 0, 0, 50, 20, top, nullptr, nullptr, nullptr);
+    const HWND handle = MakeRawEdit();
     CountingEdit edit;
     ASSERT_TRUE(edit.SubclassWindow(handle));
     ::DestroyWindow(handle);
@@ -283,8 +238,7 @@ TEST_F(WindowLife, SubclassedWindowThatDiesLeavesItsObjectFree)
 
 TEST_F(WindowLife, TemporaryObjectsHoldUntilIdleTimeAndNeverOwn)
 {
-    const HWND handle =
-        ::CreateWindowW(L"EDIT", L"", WS_CHILD, 0, 0, 50, 20, top, nullptr, nullptr, nullptr);
+    const HWND handle = MakeRawEdit();
     CWnd* const temporary = CWnd::FromHandle(handle);
     EXPECT_EQ(CWnd::FromHandle(handle), temporary);
     EXPECT_EQ(CWnd::FromHandlePermanent(handle), nullptr);
@@ -310,8 +264,6 @@ TEST_F(WindowLife, DescendantsGetMessagesThoughOneOfThemGoes)
     EXPECT_EQ(log.size(), 6U);
 }
 
-// Exceptions in handlers end at the window procedure; the window lives on.
-
 namespace {
 
 class ThrowingWindow : public CWnd
@@ -320,21 +272,16 @@ public:
     int paints = 0;
 
 protected:
-    afx_msg void OnPaint()
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
     {
-        ++paints;
-        throw std::runtime_error("paint");
+        switch (message) {
+        case WM_PAINT: ++paints; throw std::runtime_error("paint");
+        case WM_COMMAND: AfxThrowUserException();
+        case WM_USER: throw 5;
+        default: return CWnd::WindowProc(message, wParam, lParam);
+        }
     }
-    afx_msg void OnCommandThatThrows() { AfxThrowUserException(); }
-    afx_msg LRESULT OnUser(WPARAM, LPARAM) { throw 5; }
-    DECLARE_MESSAGE_MAP()
 };
-
-BEGIN_MESSAGE_MAP(ThrowingWindow, CWnd)
-    ON_WM_PAINT()
-    ON_COMMAND(1, &ThrowingWindow::OnCommandThatThrows)
-    ON_MESSAGE(WM_USER, &ThrowingWindow::OnUser)
-END_MESSAGE_MAP()
 
 }  // namespace
 
