@@ -429,7 +429,7 @@ TEST_F(ConsoleTest, PanesKeepTheirShareOfTheWidth)
     options.split = true;
     Start(options);
     CWnd& splitter = *View().GetParent();
-    EXPECT_NEAR(WidthOf(View()), WidthOf(splitter) / 2, 2);
+    EXPECT_NEAR(WidthOf(View()), WidthOf(splitter) / 2.0, 2);
     DragLeft(splitter, {WidthOf(View()) + 3, 50}, {WidthOf(splitter) / 4, 50});
     const double share = static_cast<double>(WidthOf(View())) / WidthOf(splitter);
     EXPECT_LT(share, 0.3);
