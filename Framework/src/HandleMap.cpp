@@ -90,6 +90,13 @@ HandleMapBase& AddHandleMap(HandleKind kind, std::unique_ptr<HandleMapBase> map)
     return *held;
 }
 
+void RemoveHandleMap(HandleKind kind) noexcept
+{
+    if (ThreadMaps* maps = Slot().Find()) {
+        maps->maps[static_cast<std::size_t>(kind)].reset();
+    }
+}
+
 void DeleteTemporaryObjects() noexcept
 {
     ThreadMaps* maps = Slot().Find();

@@ -7,7 +7,7 @@
 #include <unordered_map>
 
 // One map of each kind lives in every thread that asks for it.
-enum class HandleKind { Window, Menu, GdiObject, DeviceContext, Count };
+enum class HandleKind { Window, Menu, GdiObject, DeviceContext, Socket, Count };
 
 // What the thread's list of maps knows of a map.
 class HandleMapBase
@@ -21,6 +21,8 @@ public:
 HandleMapBase* FindHandleMap(HandleKind kind) noexcept;
 // Takes the map over until the thread ends.
 HandleMapBase& AddHandleMap(HandleKind kind, std::unique_ptr<HandleMapBase> map);
+// Deletes the calling thread's map before the thread ends.
+void RemoveHandleMap(HandleKind kind) noexcept;
 
 // Deletes what FromHandle made for this thread, in every map. For idle time: pointers that
 // FromHandle gave end here.
