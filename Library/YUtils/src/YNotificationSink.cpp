@@ -160,6 +160,12 @@ bool YNotificationSink::Post(UINT message, WPARAM wParam, LPARAM lParam) const
     return target && ::PostMessageW(target, message, wParam, lParam);  // null would be this thread
 }
 
+bool YNotificationSink::Send(UINT message, WPARAM wParam, LPARAM lParam) const
+{
+    const HWND target = window;
+    return target && ::SendNotifyMessageW(target, message, wParam, lParam);
+}
+
 LRESULT YNotificationSink::OnNotify(UINT, WPARAM, LPARAM)
 {
     return 0;
@@ -168,6 +174,18 @@ LRESULT YNotificationSink::OnNotify(UINT, WPARAM, LPARAM)
 LRESULT YNotificationSink::OnTimer(UINT_PTR)
 {
     return 0;
+}
+
+bool YNotificationSink::StartTimer(UINT_PTR timer, UINT milliseconds) const
+{
+    return HasWindow() && ::SetTimer(window, timer, milliseconds, nullptr) != 0;
+}
+
+void YNotificationSink::StopTimer(UINT_PTR timer) const
+{
+    if (HasWindow()) {
+        ::KillTimer(window, timer);
+    }
 }
 
 HWND YNotificationSink::GetParentWindow() const

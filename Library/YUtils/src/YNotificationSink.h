@@ -32,12 +32,18 @@ public:
     bool IsOwnThread() const;  // true, too, while there is no window
     // False: there is no window, or it takes no more messages. Any thread.
     bool Post(UINT message, WPARAM wParam, LPARAM lParam) const;
+    // For another thread than the window's, when the window takes no more posts: does not wait
+    // either, but is handled even while that thread sends a message itself.
+    bool Send(UINT message, WPARAM wParam, LPARAM lParam) const;
     const YReportMessageParams& GetError() const { return error; }
 
 protected:
     // A message from WM_USER on. May delete this object. What it throws ends here, unheard.
     virtual LRESULT OnNotify(UINT message, WPARAM wParam, LPARAM lParam);
     virtual LRESULT OnTimer(UINT_PTR timer);  // 0; a timer of the window's
+    // On the window's thread. Needs no room among the posts: comes as long as anything comes.
+    bool StartTimer(UINT_PTR timer, UINT milliseconds) const;
+    void StopTimer(UINT_PTR timer) const;
     virtual HWND GetParentWindow() const;  // HWND_MESSAGE: nobody sees or enumerates the window
 
 private:

@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <cwchar>
 #include <iterator>
+#include <new>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -124,6 +126,19 @@ std::wstring ExplainFailure(const Composition& composition)
     return YReportMessageParams(composition.error).GetTrimmedText() + std::wstring(lineEnd);
 }
 
+// As the formatter does it.
+FormattedText Allocate(std::wstring_view text)
+{
+    FormattedText copy;
+    copy.block.Reset(::LocalAlloc(LMEM_ZEROINIT, (text.size() + 1) * sizeof(wchar_t)));
+    if (!copy.block) {
+        throw std::bad_alloc();
+    }
+    std::copy(text.begin(), text.end(), static_cast<wchar_t*>(copy.block.Get()));
+    copy.length = static_cast<DWORD>(text.size());
+    return copy;
+}
+
 YUnicodeString Widen(std::string_view text)
 {
     return YUnicodeString::FromBytes(text);
@@ -217,14 +232,14 @@ const wchar_t* YReportMessageParams::GetTrimmedText() const
 {
     Compose(0);
     TrimStored(lineEnd);
-    return text.get();
+    return GetStored();
 }
 
 const wchar_t* YReportMessageParams::GetTrimmedTextSingleLine() const
 {
     Compose(singleLine);
     TrimStored(singleLineEnd);
-    return text.get();
+    return GetStored();
 }
 
 const wchar_t* YReportMessageParams::GetTextWithLocation(unsigned formatId) const
@@ -242,7 +257,7 @@ const wchar_t* YReportMessageParams::GetTextWithLocation(unsigned formatId) cons
 
 void YReportMessageParams::DropText()
 {
-    text.reset();
+    text.Reset();
     textLength = 0;
     isTrimmed = false;
 }
@@ -251,30 +266,22 @@ const wchar_t* YReportMessageParams::Compose(DWORD flags) const
 {
     if (!text) {
         Composition composition{messageId, module, inserts, flags};
-        FormattedText found;
-        if (FindText(composition, found)) {
-            Store(found.View());
-        } else {
-            Store(ExplainFailure(composition));
+        FormattedText composed;
+        if (!FindText(composition, composed)) {
+            composed = Allocate(ExplainFailure(composition));
         }
+        text = std::move(composed.block);
+        textLength = composed.length;
     }
-    return text.get();
-}
-
-void YReportMessageParams::Store(std::wstring_view composed) const
-{
-    text = std::make_unique_for_overwrite<wchar_t[]>(composed.size() + 1);
-    std::copy(composed.begin(), composed.end(), text.get());
-    text[composed.size()] = L'\0';
-    textLength = static_cast<unsigned>(composed.size());
+    return GetStored();
 }
 
 // Once only: a text that ends in two line ends keeps one, however often it is asked for.
 void YReportMessageParams::TrimStored(std::wstring_view end) const
 {
-    if (!isTrimmed && std::wstring_view(text.get(), textLength).ends_with(end)) {
+    if (!isTrimmed && std::wstring_view(GetStored(), textLength).ends_with(end)) {
         textLength -= static_cast<unsigned>(end.size());
-        text[textLength] = L'\0';
+        GetStored()[textLength] = L'\0';
         isTrimmed = true;
     }
 }

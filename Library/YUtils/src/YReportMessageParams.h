@@ -6,9 +6,9 @@
 #include "YFormatMessage.h"
 #include "YModule.h"
 #include "YUnicodeString.h"
+#include "YUniqueHandle.h"
 #include "YUnknown.h"
 
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -73,14 +73,14 @@ private:
     void CopyMessage(const YReportMessageParams& other);
     void DropText();
     const wchar_t* Compose(DWORD flags) const;
-    void Store(std::wstring_view composed) const;
     void TrimStored(std::wstring_view end) const;
+    wchar_t* GetStored() const { return static_cast<wchar_t*>(text.Get()); }
 
     int auxiliaryCode = -1;
     std::vector<YUnicodeString> inserts;
     unsigned messageId;
     HMODULE module;
-    mutable std::unique_ptr<wchar_t[]> text;  // null until composed
+    mutable YUniqueLocalMemory text = YUniqueLocalMemory();  // the formatter's; null until composed
     mutable unsigned textLength = 0;  // UTF-16 units, without the terminator
     const wchar_t* file = nullptr;
     int line = 0;
