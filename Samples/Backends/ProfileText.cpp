@@ -62,12 +62,11 @@ bool IsPlainName(std::wstring_view name)
     return true;
 }
 
-// Ten thousand values are an ordinary file: what needs no second look is copied in runs.
+// What needs no second look is copied in runs.
 class TextWriter
 {
 public:
     std::string Take() { return std::move(text); }
-    void Reserve(std::size_t bytes) { text.reserve(bytes); }
 
     void AddLine(std::string_view line) { text.append(line).append("\r\n"); }
     // path: the section's, empty for the file's own key.
@@ -75,6 +74,7 @@ public:
     void AddValue(const ProfileValue& value);
 
 private:
+    void AddLines(const NamedList<ProfileValue>& values);
     void AddName(std::wstring_view name);
     void AddQuoted(std::wstring_view quoted);
     void AddCharacters(std::wstring_view characters);
@@ -91,16 +91,31 @@ void TextWriter::AddKey(const ProfileNode& key, const std::string& path)
     if (!path.empty()) {
         AddLine("[" + path + "]");
     }
-    for (const ProfileValue& value : key.GetValues()) {
-        if (value.line.empty()) {
-            value.line = FormatValue(value);
-        }
-        text.append(value.line);
-    }
+    AddLines(key.GetValues());
     for (const ProfileChild& child : key.GetChildren()) {
         TextWriter name;
         name.AddName(child.name);
         AddKey(*child.node, path.empty() ? name.Take() : path + '\\' + name.Take());
+    }
+}
+
+// Ten thousand values are an ordinary key: the room for all is made once, and then filled.
+void TextWriter::AddLines(const NamedList<ProfileValue>& values)
+{
+    std::size_t bytes = 0;
+    for (const ProfileValue& value : values) {
+        if (value.line.empty()) {
+            value.line = FormatValue(value);
+        }
+        bytes += value.line.size();
+    }
+    constexpr std::size_t margin = 64;  // the last line is not to move everything once more
+    const std::size_t start = text.size();
+    text.reserve(start + bytes + margin);
+    text.resize(start + bytes);
+    char* end = text.data() + start;
+    for (const ProfileValue& value : values) {
+        end = std::copy(value.line.begin(), value.line.end(), end);
     }
 }
 
@@ -436,10 +451,9 @@ bool ProfileParser::ParseValue(LineReader reader)
 
 }  // namespace
 
-std::string FormatProfile(const ProfileNode& root, std::size_t expectedBytes)
+std::string FormatProfile(const ProfileNode& root)
 {
     TextWriter writer;
-    writer.Reserve(expectedBytes);
     writer.AddLine(firstLine);
     writer.AddKey(root, {});
     writer.AddLine(lastLine);

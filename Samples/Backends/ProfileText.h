@@ -12,8 +12,8 @@ struct ProfileValue;
 // More is no settings file, whoever wrote it.
 constexpr std::size_t maxProfileBytes = 16u << 20;
 
-// UTF-8, all changes included. expectedBytes: about what it was the last time.
-std::string FormatProfile(const ProfileNode& root, std::size_t expectedBytes = 0);
+// UTF-8, all changes included.
+std::string FormatProfile(const ProfileNode& root);
 
 // One value's line in that, with its end.
 std::string FormatValue(const ProfileValue& value);

@@ -45,9 +45,9 @@ bool ProfileNode::Write(std::wstring_view name, ProfileData data)
     }
     if (value) {
         value->SetData(std::move(data));
-        value->isChanged = true;
+        value->changedIn = period;
     } else {
-        value = &values.Add({YUnicodeString(name), std::move(data), true});
+        value = &values.Add({YUnicodeString(name), std::move(data), period});
         deletedValues.erase(value->name.c_str());
     }
     value->line = FormatValue(*value);
@@ -113,12 +113,12 @@ void ProfileNode::Merge(ProfileNode& file)
 void ProfileNode::MergeValues(ProfileNode& file)
 {
     for (auto value = values.begin(); value != values.end();) {
-        const bool stays = value->isChanged || file.values.Find(value->name);
+        const bool stays = IsChanged(*value) || file.values.Find(value->name);
         value = stays ? std::next(value) : values.Remove(value);
     }
     for (ProfileValue& other : file.values) {
         ProfileValue* const own = values.Find(other.name);
-        if (own && !own->isChanged) {
+        if (own && !IsChanged(*own)) {
             own->SetData(std::move(other.data));
         } else if (!own && !deletedValues.contains(other.name)) {
             values.Add({other.name, std::move(other.data)});
@@ -151,7 +151,7 @@ void ProfileNode::MergeChildren(ProfileNode& file)
 
 bool ProfileNode::HasChanges() const
 {
-    const auto isChanged = [](const ProfileValue& value) { return value.isChanged; };
+    const auto isChanged = [this](const ProfileValue& value) { return IsChanged(value); };
     const auto hasChanges = [](const ProfileChild& child) { return child.node->HasChanges(); };
     return isNew || !deletedValues.empty() || !deletedChildren.empty() ||
            std::any_of(values.begin(), values.end(), isChanged) ||
@@ -160,12 +160,10 @@ bool ProfileNode::HasChanges() const
 
 void ProfileNode::ForgetChanges()
 {
+    ++period;
     isNew = false;
     deletedValues.clear();
     deletedChildren.clear();
-    for (ProfileValue& value : values) {
-        value.isChanged = false;
-    }
     for (ProfileChild& child : children) {
         child.node->ForgetChanges();
     }

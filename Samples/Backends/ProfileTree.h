@@ -81,7 +81,7 @@ struct ProfileValue
 {
     YUnicodeString name;
     ProfileData data;
-    bool isChanged = false;  // since the last load or save
+    unsigned changedIn = 0;  // the period of its key in which it was written, 0: as loaded
     // As FormatProfile writes it, made while the value is set: a save, for which the user waits, only
     // copies. Empty: not made yet.
     mutable std::string line = {};
@@ -131,6 +131,7 @@ public:
 
 private:
     bool HasChanges() const;
+    bool IsChanged(const ProfileValue& value) const { return value.changedIn == period; }
     void MergeValues(ProfileNode& file);
     void MergeChildren(ProfileNode& file);
 
@@ -140,6 +141,7 @@ private:
     // the file has of it must not come back.
     std::set<std::wstring, NameLess> deletedValues;
     std::set<std::wstring, NameLess> deletedChildren;
+    unsigned period = 1;  // counts loads and saves, each of which ends one
     bool isNew = false;
     bool isDetached = false;
 };

@@ -96,7 +96,7 @@ DWORD SettingsFile::Save(std::vector<ProfileReport>& reports)
     if (code != ERROR_SUCCESS) {
         return code;
     }
-    const std::string bytes = FormatProfile(*root, static_cast<std::size_t>(stamp.size));
+    const std::string bytes = FormatProfile(*root);
     code = bytes.size() <= maxProfileBytes ? ReplaceWholeFile(path, bytes, stamp)
                                            : ERROR_FILE_TOO_LARGE;
     if (code == ERROR_SUCCESS) {
