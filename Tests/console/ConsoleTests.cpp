@@ -8,6 +8,7 @@
 #include "resource.h"
 #include "support/ImportHook.h"
 #include "support/Input.h"
+#include "textview/Lines.h"
 
 #include <afxole.h>
 #include <gtest/gtest.h>
@@ -76,20 +77,20 @@ protected:
         const int id = View().GetDlgCtrlID() + 1;  // the next column
         return static_cast<ConsoleView&>(*View().GetParent()->GetDlgItem(id));
     }
-    unsigned CountLines(const ConsoleView& view) const { return view.GetBuffer().GetLineCount(); }
-    std::wstring TextOf(const ConsoleView& view, unsigned line) const
-    {
-        const std::vector<wchar_t>& text = view.GetBuffer().GetLineInfo(line).text;
-        return {text.begin(), text.end()};
-    }
-    std::wstring TopText() const { return TextOf(View(), View().GetTopLine()); }
-    std::wstring LastText() const { return TextOf(View(), CountLines(View()) - 1); }
+    unsigned CountLines() const { return View().GetBuffer().GetLineCount(); }
+    std::wstring TextOf(unsigned line) const { return ::TextOf(View().GetBuffer(), line); }
+    std::wstring TopText() const { return TextOf(View().GetTopLine()); }
+    std::wstring LastText() const { return TextOf(CountLines() - 1); }
 
     void Command(UINT id) { frame->SendMessage(WM_COMMAND, id); }
+    bool IsLoaded(unsigned lines) const
+    {
+        return PumpUntil([&] { return CountLines() == lines && !frame->IsLoading(); });
+    }
     bool Load(unsigned lines)
     {
         frame->Open(file.GetPath());
-        return PumpUntil([&] { return CountLines(View()) == lines && !frame->IsLoading(); });
+        return IsLoaded(lines);
     }
 
     ConsoleFile file;
@@ -97,18 +98,16 @@ protected:
     MainFrame* frame = nullptr;
 };
 
-// The colours of a row of the window as painted.
-bool RowHasColour(CWnd& view, int row, int height, COLORREF colour)
+// Of every third row: enough to meet each letter.
+std::vector<COLORREF> ReadPixels(CDC& dc, const CRect& area)
 {
-    CClientDC dc(&view);
-    for (int y = row * height; y < (row + 1) * height; ++y) {
-        for (int x = 0; x < 120; ++x) {
-            if (dc.GetPixel(x, y) == colour) {
-                return true;
-            }
+    std::vector<COLORREF> pixels;
+    for (int y = area.top; y < area.bottom; y += 3) {
+        for (int x = area.left; x < area.right; ++x) {
+            pixels.push_back(dc.GetPixel(x, y));
         }
     }
-    return false;
+    return pixels;
 }
 
 TEST_F(ConsoleTest, ColoursLinesByTheirSeverityAndFollows)
@@ -118,18 +117,23 @@ TEST_F(ConsoleTest, ColoursLinesByTheirSeverityAndFollows)
     ASSERT_TRUE(Load(3));
     View().RedrawWindow();
     const int height = View().GetCharacterHeight();
+    CClientDC dc(&View());
+    const auto countColour = [&](int row, COLORREF colour) {
+        const auto pixels = ReadPixels(dc, CRect(0, row * height, 120, (row + 1) * height));
+        return std::count(pixels.begin(), pixels.end(), colour);
+    };
     constexpr wchar_t error[] = L"error";
     constexpr wchar_t warning[] = L"warning";
-    EXPECT_TRUE(RowHasColour(View(), 0, height, ::GetSysColor(COLOR_WINDOWTEXT)));
-    EXPECT_TRUE(RowHasColour(View(), 1, height, ClassifyLine(error, 5)->color));
-    EXPECT_TRUE(RowHasColour(View(), 2, height, ClassifyLine(warning, 7)->color));
-    EXPECT_FALSE(RowHasColour(View(), 0, height, ClassifyLine(error, 5)->color));
+    EXPECT_GT(countColour(0, ::GetSysColor(COLOR_WINDOWTEXT)), 0);
+    EXPECT_GT(countColour(1, ClassifyLine(error, 5)->color), 0);
+    EXPECT_GT(countColour(2, ClassifyLine(warning, 7)->color), 0);
+    EXPECT_EQ(countColour(0, ClassifyLine(error, 5)->color), 0);
 
     file.Append("added");
-    ASSERT_TRUE(PumpUntil([&] { return CountLines(View()) == 4; }));
+    ASSERT_TRUE(PumpUntil([&] { return CountLines() == 4; }));
     file.Append(" later\n");
     ASSERT_TRUE(PumpUntil([&] { return LastText() == L"added later"; }));
-    EXPECT_EQ(CountLines(View()), 4u);
+    EXPECT_EQ(CountLines(), 4u);
     CString title;
     frame->GetWindowText(title);
     EXPECT_EQ(title.Right(10), CString(L" - Console"));
@@ -147,7 +151,7 @@ TEST_F(ConsoleTest, LinkedViewsShowTheSameLinesPlaceAndSelection)
     Command(ID_VIEW_SPLIT);
     PumpMessages();
     ConsoleView& second = SecondView();
-    ASSERT_EQ(CountLines(second), 500u);
+    ASSERT_EQ(second.GetBuffer().GetLineCount(), 500u);
     EXPECT_EQ(TopText(), top);
 
     second.SendMessage(WM_MOUSEWHEEL, MAKEWPARAM(0, WHEEL_DELTA));
@@ -209,28 +213,12 @@ TEST_F(ConsoleTest, ASmallerBufferKeepsTheNewestLinesInOrder)
     ASSERT_TRUE(Load(4'500));
     Command(ID_EDIT_CLEAR_ALL);
     file.Append(MakeLines(4'500, 900));  // across the end of the ring
-    ASSERT_TRUE(PumpUntil([&] { return CountLines(View()) == 900; }));
+    ASSERT_TRUE(PumpUntil([&] { return CountLines() == 900; }));
     Command(ID_BUFFER_1000);
-    ASSERT_EQ(CountLines(View()), 900u);
+    ASSERT_EQ(CountLines(), 900u);
     for (unsigned i = 0; i < 900; ++i) {
-        ASSERT_EQ(TextOf(View(), i), L"line " + std::to_wstring(4'500 + i));
+        ASSERT_EQ(TextOf(i), L"line " + std::to_wstring(4'500 + i));
     }
-}
-
-TEST_F(ConsoleTest, CopiesTheSelection)
-{
-    file.Write("one\ntwo");
-    Start();
-    ASSERT_TRUE(Load(2));
-    Command(ID_EDIT_SELECT_ALL);
-    Command(ID_EDIT_COPY);
-    ASSERT_TRUE(::OpenClipboard(frame->m_hWnd));
-    const HANDLE data = ::GetClipboardData(CF_UNICODETEXT);
-    ASSERT_TRUE(data);
-    EXPECT_EQ(std::wstring(static_cast<const wchar_t*>(::GlobalLock(data))), L"one\r\ntwo\r\n");
-    ::GlobalUnlock(data);
-    ::EmptyClipboard();
-    ::CloseClipboard();
 }
 
 TEST_F(ConsoleTest, AFileThatCannotBeReadLeavesWhatIsShown)
@@ -248,23 +236,15 @@ TEST_F(ConsoleTest, AFileThatCannotBeReadLeavesWhatIsShown)
     EXPECT_TRUE(PumpUntil([&] { return LastText() == L"two"; }));
 }
 
-std::vector<COLORREF> ReadPixels(CDC& dc, const CRect& area)
-{
-    std::vector<COLORREF> pixels;
-    for (int y = area.top; y < area.bottom; y += 3) {
-        for (int x = area.left; x < area.right; ++x) {
-            pixels.push_back(dc.GetPixel(x, y));
-        }
-    }
-    return pixels;
-}
-
-TEST_F(ConsoleTest, PrintsWhatItPaints)
+TEST_F(ConsoleTest, CopiesItsSelectionAndPrintsWhatItPaints)
 {
     file.Write(MakeLines(0, 50) + "error\n");
     Start();
     ASSERT_TRUE(Load(51));
     Command(ID_EDIT_SELECT_ALL);
+    Command(ID_EDIT_COPY);
+    EXPECT_TRUE(COleDataSource::GetClipboardOwner());
+    COleDataSource::FlushClipboard();
     View().RedrawWindow();
     CRect client;
     static_cast<CWnd&>(View()).GetClientRect(&client);
@@ -315,10 +295,10 @@ TEST_F(ConsoleTest, AnswersWhileALargeFileLoadsAndEscapeCancels)
         slow += PumpOne() > noticeable;
     } while (frame->IsLoading() && ::GetTickCount64() < limit);
     EXPECT_LE(slow, 2u);  // the machine has other work, too
-    EXPECT_EQ(CountLines(View()), 100'000u);
+    EXPECT_EQ(CountLines(), 100'000u);
 
     SendKey(VK_F5);
-    while (CountLines(View()) == 100'000 && ::GetTickCount64() < limit) {
+    while (CountLines() == 100'000 && ::GetTickCount64() < limit) {
         PumpOne();
     }
     ASSERT_TRUE(frame->IsLoading());
@@ -326,9 +306,8 @@ TEST_F(ConsoleTest, AnswersWhileALargeFileLoadsAndEscapeCancels)
     while (frame->IsLoading() && ::GetTickCount64() < limit) {
         PumpOne();
     }
-    EXPECT_LT(CountLines(View()), 100'000u) << "it was cancelled, not completed";
-    EXPECT_EQ(View().GetBuffer().GetLineInfo(CountLines(View()) - 1).attributes,
-              GetNoticeAttributes());
+    EXPECT_LT(CountLines(), 100'000u) << "it was cancelled, not completed";
+    EXPECT_EQ(View().GetBuffer().GetLineInfo(CountLines() - 1).attributes, GetNoticeAttributes());
 }
 
 TEST_F(ConsoleTest, OpensADroppedFile)
@@ -345,7 +324,7 @@ TEST_F(ConsoleTest, OpensADroppedFile)
     std::memcpy(header + 1, path.c_str(), path.size() * sizeof(wchar_t));  // two zeros follow
     ::GlobalUnlock(block);
     frame->PostMessage(WM_DROPFILES, reinterpret_cast<WPARAM>(block));  // the window frees it
-    ASSERT_TRUE(PumpUntil([&] { return CountLines(View()) == 1 && !frame->IsLoading(); }));
+    ASSERT_TRUE(IsLoaded(1));
     EXPECT_EQ(LastText(), L"dropped");
 }
 
@@ -372,7 +351,7 @@ TEST_F(ConsoleTest, DoesWhatItsDialogsAreTold)
     chosenFile = file.GetPath();
     Start();
     Command(ID_FILE_OPEN);
-    ASSERT_TRUE(PumpUntil([&] { return CountLines(View()) == 1 && !frame->IsLoading(); }));
+    ASSERT_TRUE(IsLoaded(1));
     EXPECT_EQ(LastText(), L"chosen");
     const int height = View().GetCharacterHeight();
     const unsigned pageLines = View().GetPageLines();
@@ -408,7 +387,7 @@ TEST_F(ConsoleTest, OutOfMemoryItSaysSoOnceAndKeepsWhatIsShown)
         EXPECT_TRUE(PumpUntil([] { return shownMessages > 0; }));
         starvedThread = 0;
     }
-    EXPECT_EQ(CountLines(View()), 2u);
+    EXPECT_EQ(CountLines(), 2u);
     EXPECT_EQ(LastText(), L"two");
     EXPECT_FALSE(frame->GetViews().IsSplit() || frame->IsLoading());
     EXPECT_TRUE(Load(4));
@@ -459,8 +438,8 @@ TEST(ConsoleOptions, MistakesAreNamed)
          {std::vector{L"Console", L"--nonsense"}, std::vector{L"Console", L"--buffer", L"0"},
           std::vector{L"Console", L"--buffer", L"-1"}, std::vector{L"Console", L"--buffer"},
           std::vector{L"Console", L"--buffer", L"1000001"}, std::vector{L"Console", L"a", L"b"}}) {
-        const int count = static_cast<int>(bad.size());
-        const ConsoleOptions options = ParseConsoleOptions(count, bad.data());
+        const ConsoleOptions options =
+            ParseConsoleOptions(static_cast<int>(bad.size()), bad.data());
         EXPECT_NE(options.error.GetMessageId(), 0u) << bad.back();
         EXPECT_FALSE(std::wstring(options.error.GetText()).starts_with(L"Could not")) << bad.back();
     }

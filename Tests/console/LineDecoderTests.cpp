@@ -9,20 +9,13 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace {
 
 using Lines = std::vector<std::wstring>;
-
-struct CaseName
-{
-    template <class Case>
-    std::string operator()(const testing::TestParamInfo<Case>& tested) const
-    {
-        return tested.param.name;
-    }
-};
 
 const unsigned char* BytesOf(std::string_view text)
 {
@@ -56,109 +49,75 @@ Lines Decode(std::string_view bytes, TextEncoding encoding, UINT codePage, std::
 
 using namespace std::string_view_literals;
 
-struct DecodeCase
-{
-    const char* name;
-    TextEncoding encoding;
-    UINT codePage;
-    std::string_view bytes;
-    Lines lines;
-};
-
-class LineDecoderText : public testing::TestWithParam<DecodeCase>
-{};
-
-TEST_P(LineDecoderText, IsTheSameWhereverItIsCut)
-{
-    const DecodeCase& c = GetParam();
-    for (const std::size_t longest : {1000u, 1u, 2u, 3u, 7u}) {
-        EXPECT_EQ(Decode(c.bytes, c.encoding, c.codePage, longest), c.lines) << longest;
-    }
-}
-
 constexpr TextEncoding utf8 = TextEncoding::Utf8;
 constexpr TextEncoding little = TextEncoding::Utf16LittleEndian;
 constexpr TextEncoding big = TextEncoding::Utf16BigEndian;
 constexpr TextEncoding ansi = TextEncoding::CodePage;
 
-INSTANTIATE_TEST_SUITE_P(
-    Cases, LineDecoderText,
-    testing::Values(
-        DecodeCase{
-            "Ends", utf8, 0, "a\nb\r\nc\rd\r\r\n\ne", {L"a", L"b", L"c", L"d", L"", L"", L"e"}},
-        DecodeCase{"NoLineAfterTheLastEnd", utf8, 0, "a\r\n", {L"a"}},
-        DecodeCase{"Empty", utf8, 0, "", {}},
-        DecodeCase{"Tabs",
-                   utf8,
-                   0,
-                   "\tx\n1234567\ty\n12345678\tz",
-                   {L"        x", L"1234567 y", L"12345678        z"}},
-        DecodeCase{"LengthsOfUtf8",
-                   utf8,
-                   0,
-                   "\xC3\xA9|\xE2\x82\xAC|\xF0\x9F\x98\x80",
-                   {L"\x00E9|\x20AC|\xD83D\xDE00"}},
-        DecodeCase{"EachBadPartOfUtf8OnceReplaced",
-                   utf8,
-                   0,
-                   "a\xF1\x80\x80\xE1\x80\xC2"
-                   "b\x80"
-                   "c\x80\xBF"
-                   "d",
-                   {L"a\xFFFD\xFFFD\xFFFD"
-                    L"b\xFFFD"
-                    L"c\xFFFD\xFFFD"
-                    L"d"}},
-        DecodeCase{"OverlongAndSurrogateUtf8",
-                   utf8,
-                   0,
-                   "\xC0\xAF|\xED\xA0\x80|\xF5",
-                   {L"\xFFFD\xFFFD|\xFFFD\xFFFD\xFFFD|\xFFFD"}},
-        DecodeCase{"CharacterCutByTheEnd", utf8, 0, "a\xE2\x82", {L"a\xFFFD"}},
-        DecodeCase{"LineEndInsideACharacter", utf8, 0, "\xE2\x82\nb", {L"\xFFFD", L"b"}},
-        DecodeCase{"Harmless",
-                   utf8,
-                   0,
-                   "\x1B[0m\x07\x7F\xC2\x85|\xE2\x80\xAE\xE2\x81\xA6\xE2\x80\x8E"sv,
-                   {L"\x00B7[0m\x00B7\x00B7\x00B7|\x00B7\x00B7\x00B7"}},
-        DecodeCase{"ZeroByte",
-                   utf8,
-                   0,
-                   "a\0b"sv,
-                   {L"a\x00B7"
-                    L"b"}},
-        DecodeCase{
-            "LittleEndian", little, 0, "a\0\r\0\n\0\x3D\xD8\x00\xDE"sv, {L"a", L"\xD83D\xDE00"}},
-        DecodeCase{"BigEndian", big, 0, "\0a\0\n\x20\xAC"sv, {L"a", L"\x20AC"}},
-        DecodeCase{"HalfAUnit", little, 0, "a\0b"sv, {L"a\xFFFD"}},
-        DecodeCase{"Western", ansi, 1252, "\x80\xE9\n\x93", {L"\x20AC\x00E9", L"\x201C"}},
-        DecodeCase{"Japanese",
-                   ansi,
-                   932,
-                   "\x83\x65\x83\x58|\xB1\n\x83",
-                   {L"\x30C6\x30B9|\xFF71", L"\xFFFD"}},
-        DecodeCase{"LineEndAfterAStrayFirstByte", ansi, 932, "a\x83\nb", {L"a\xFFFD", L"b"}}),
-    CaseName());
+// The lines of these bytes, wherever they are cut.
+void ExpectLines(std::string_view bytes, const Lines& lines, TextEncoding encoding = utf8,
+                 UINT codePage = 0)
+{
+    for (const std::size_t longest : {1000u, 1u, 2u, 3u, 7u}) {
+        EXPECT_EQ(Decode(bytes, encoding, codePage, longest), lines)
+            << testing::PrintToString(bytes) << " in pieces of " << longest;
+    }
+}
+
+TEST(LineDecoder, EndsLinesAndFillsTabs)
+{
+    ExpectLines("a\nb\r\nc\rd\r\r\n\ne", {L"a", L"b", L"c", L"d", L"", L"", L"e"});
+    ExpectLines("a\r\n", {L"a"});
+    ExpectLines("", {});
+    ExpectLines("\tx\n1234567\ty\n12345678\tz", {L"        x", L"1234567 y", L"12345678        z"});
+}
+
+TEST(LineDecoder, ReplacesEachBadPartOfUtf8Once)
+{
+    ExpectLines("\xC3\xA9|\xE2\x82\xAC|\xF0\x9F\x98\x80", {L"\x00E9|\x20AC|\xD83D\xDE00"});
+    ExpectLines("a\xF1\x80\x80\xE1\x80\xC2|\x80|\x80\xBF",
+                {L"a\xFFFD\xFFFD\xFFFD|\xFFFD|\xFFFD\xFFFD"});
+    // Overlong, a surrogate, past the last plane; cut by the end, by a line end.
+    ExpectLines("\xC0\xAF|\xED\xA0\x80|\xF5", {L"\xFFFD\xFFFD|\xFFFD\xFFFD\xFFFD|\xFFFD"});
+    ExpectLines("a\xE2\x82", {L"a\xFFFD"});
+    ExpectLines("\xE2\x82\nb", {L"\xFFFD", L"b"});
+}
+
+TEST(LineDecoder, MakesControlsHarmless)
+{
+    ExpectLines("\x1B[0m\x07\x7F\xC2\x85|\xE2\x80\xAE\xE2\x81\xA6\xE2\x80\x8E|\0|"sv,
+                {L"\x00B7[0m\x00B7\x00B7\x00B7|\x00B7\x00B7\x00B7|\x00B7|"});
+}
+
+TEST(LineDecoder, ReadsUtf16AndCodePages)
+{
+    ExpectLines("a\0\r\0\n\0\x3D\xD8\x00\xDE"sv, {L"a", L"\xD83D\xDE00"}, little);
+    ExpectLines("\0a\0\n\x20\xAC"sv, {L"a", L"\x20AC"}, big);
+    ExpectLines("a\0b"sv, {L"a\xFFFD"}, little);  // half a unit
+    ExpectLines("\x80\xE9\n\x93", {L"\x20AC\x00E9", L"\x201C"}, ansi, 1252);
+    ExpectLines("\x83\x65\x83\x58|\xB1\n\x83", {L"\x30C6\x30B9|\xFF71", L"\xFFFD"}, ansi, 932);
+    ExpectLines("a\x83\nb", {L"a\xFFFD", L"b"}, ansi, 932);  // a stray first byte
+}
 
 // Text of everything that the decoder treats in a way of its own.
 std::string MakeRandomBytes(std::size_t count)
 {
-    static constexpr std::string_view parts[] = {"plain text of some length, as most is",
-                                                 "\n",
-                                                 "\r\n",
-                                                 "\r",
-                                                 "\t",
-                                                 "\xC3\xA9",
-                                                 "\xE2\x82\xAC",
-                                                 "\xF0\x9F\x98\x80",
-                                                 "\xFF",
-                                                 "\xE2",
-                                                 "\0"sv,
-                                                 "\x0D\x0A\x0A"};
+    const std::vector<std::string_view> parts{"plain text of some length, as most is",
+                                              "\n",
+                                              "\r\n",
+                                              "\r",
+                                              "\t",
+                                              "\xC3\xA9",
+                                              "\xE2\x82\xAC",
+                                              "\xF0\x9F\x98\x80",
+                                              "\xFF",
+                                              "\xE2",
+                                              "\0"sv,
+                                              "\r\n\n"};
     std::minstd_rand random(7);
     std::string text;
     while (text.size() < count) {
-        text += parts[random() % std::size(parts)];
+        text += parts[random() % parts.size()];
     }
     return text;
 }
@@ -186,75 +145,36 @@ TEST(LineDecoder, CutsALineThatIsTooLong)
     EXPECT_EQ(decoder.GetUnfinishedLength(), 10u);
 }
 
-TEST(LineDecoder, ShowsTheUnfinishedLine)
+TEST(LineDecoder, DetectsTheEncoding)
 {
-    LineDecoder decoder(utf8);
-    LineBatch batch;
-    decoder.Decode(BytesOf("one\ntw"), 6, batch);
-    EXPECT_EQ(TextOf(batch), Lines{L"one"});
-    EXPECT_EQ(std::wstring_view(decoder.GetUnfinishedText(), decoder.GetUnfinishedLength()), L"tw");
+    const std::tuple<std::string_view, TextEncoding, std::size_t> cases[] = {
+        {"\xEF\xBB\xBFx", utf8, 3},      {"\xFF\xFEx\0"sv, little, 2},
+        {"\xFE\xFF\0x"sv, big, 2},       {"l\0o\0g\0\xAC\x20"sv, little, 0},
+        {"\0l\0o\0g\x20\xAC"sv, big, 0}, {"log \xE2\x82", utf8, 0},  // a character that is cut
+        {"caf\xE9 ", ansi, 0},           {"log\0 of bytes, with one zero"sv, utf8, 0}};
+    for (const auto& [bytes, encoding, markLength] : cases) {
+        const DetectedEncoding detected = DetectEncoding(BytesOf(bytes), bytes.size());
+        EXPECT_EQ(detected.encoding, encoding) << testing::PrintToString(bytes);
+        EXPECT_EQ(detected.markLength, markLength) << testing::PrintToString(bytes);
+    }
 }
 
-struct EncodingCase
+TEST(LineRules, ClassifyByWholeWordsInAnyCase)
 {
-    const char* name;
-    std::string_view bytes;
-    TextEncoding encoding;
-    std::size_t markLength;
-};
-
-class EncodingOf : public testing::TestWithParam<EncodingCase>
-{};
-
-TEST_P(EncodingOf, IsDetected)
-{
-    const EncodingCase& c = GetParam();
-    const DetectedEncoding detected = DetectEncoding(BytesOf(c.bytes), c.bytes.size());
-    EXPECT_EQ(detected.encoding, c.encoding);
-    EXPECT_EQ(detected.markLength, c.markLength);
+    const std::pair<std::wstring, LineSeverity> cases[] = {
+        {L"all is well", LineSeverity::Plain},
+        {L"", LineSeverity::Plain},
+        {L"[ErRoR] disk", LineSeverity::Error},
+        {L"it failed", LineSeverity::Error},
+        {L"terrors errorless unwarned", LineSeverity::Plain},
+        {L"12:00 WARN: low", LineSeverity::Warning},
+        {L"warning: fatal", LineSeverity::Error},  // outweighs
+        {std::wstring(200, L' ') + L"error", LineSeverity::Plain}};  // too far behind
+    for (const auto& [text, severity] : cases) {
+        const LineAttributes* const attributes = ClassifyLine(text.data(), text.size());
+        EXPECT_EQ(attributes ? attributes->severity : LineSeverity::Plain, severity)
+            << testing::PrintToString(text);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, EncodingOf,
-    testing::Values(EncodingCase{"Mark8", "\xEF\xBB\xBFx", utf8, 3},
-                    EncodingCase{"MarkLittle", "\xFF\xFEx\0"sv, little, 2},
-                    EncodingCase{"MarkBig", "\xFE\xFF\0x"sv, big, 2},
-                    EncodingCase{"ZerosLittle", "l\0o\0g\0\xAC\x20"sv, little, 0},
-                    EncodingCase{"ZerosBig", "\0l\0o\0g\x20\xAC"sv, big, 0},
-                    EncodingCase{"Ascii", "log", utf8, 0},
-                    EncodingCase{"CutCharacter", "log \xE2\x82", utf8, 0},
-                    EncodingCase{"Latin", "caf\xE9 ", ansi, 0},
-                    EncodingCase{"OneZeroByte", "log\0 of bytes, with one zero"sv, utf8, 0}),
-    CaseName());
-
-struct RuleCase
-{
-    const char* name;
-    std::wstring text;
-    LineSeverity severity;
-};
-
-class LineRule : public testing::TestWithParam<RuleCase>
-{};
-
-TEST_P(LineRule, Classifies)
-{
-    const RuleCase& c = GetParam();
-    const LineAttributes* const attributes = ClassifyLine(c.text.data(), c.text.size());
-    EXPECT_EQ(attributes ? attributes->severity : LineSeverity::Plain, c.severity);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, LineRule,
-    testing::Values(RuleCase{"Plain", L"all is well", LineSeverity::Plain},
-                    RuleCase{"Empty", L"", LineSeverity::Plain},
-                    RuleCase{"AnyCase", L"[ErRoR] disk", LineSeverity::Error},
-                    RuleCase{"AtTheEnd", L"it failed", LineSeverity::Error},
-                    RuleCase{"WholeWordsOnly", L"terrors errorless unwarned", LineSeverity::Plain},
-                    RuleCase{"Warning", L"12:00 WARN: low", LineSeverity::Warning},
-                    RuleCase{"ErrorOutweighs", L"warning: fatal", LineSeverity::Error},
-                    RuleCase{"TooFarBehind", std::wstring(200, L' ') + L"error",
-                             LineSeverity::Plain}),
-    CaseName());
 
 }  // namespace

@@ -20,18 +20,6 @@ BOOL WINAPI PlaySave(OPENFILENAMEW* question)
     return TRUE;
 }
 
-BOOL WINAPI PlayCancel(OPENFILENAMEW*)
-{
-    return FALSE;
-}
-
-// As if the user had agreed to what was proposed.
-BOOL WINAPI PlayFont(CHOOSEFONTW* question)
-{
-    question->iPointSize = 120;
-    return TRUE;
-}
-
 using CommonDialogTest = WindowTest;
 
 }  // namespace
@@ -46,23 +34,4 @@ TEST_F(CommonDialogTest, FileDialogAsksAsToldAndGivesThePartsOfTheAnswer)
     EXPECT_EQ(dialog.GetFileName(), L"two.dots.log");
     EXPECT_EQ(dialog.GetFileTitle(), L"two.dots");
     EXPECT_EQ(dialog.GetFileExt(), L"log");
-}
-
-TEST_F(CommonDialogTest, CancelledDialogSaysSo)
-{
-    const ImportHook open(L"CommonFramework.dll", "comdlg32.dll", "GetOpenFileNameW", &PlayCancel);
-    EXPECT_EQ(CFileDialog(TRUE, nullptr, nullptr, 0, nullptr, &top).DoModal(), IDCANCEL);
-}
-
-TEST_F(CommonDialogTest, FontDialogBeginsWithTheGivenFont)
-{
-    const ImportHook font(L"CommonFramework.dll", "comdlg32.dll", "ChooseFontW", &PlayFont);
-    LOGFONT given{};
-    given.lfWeight = FW_BOLD;
-    ::lstrcpyW(given.lfFaceName, L"Courier New");
-    CFontDialog dialog(&given, CF_SCREENFONTS, nullptr, &top);
-    ASSERT_EQ(dialog.DoModal(), IDOK);
-    EXPECT_EQ(dialog.GetFaceName(), L"Courier New");
-    EXPECT_EQ(dialog.GetSize(), 120);
-    EXPECT_EQ(dialog.GetWeight(), FW_BOLD);
 }

@@ -102,7 +102,6 @@ protected:
             ::DestroyWindow(handle);
         }
         PumpMessages();
-        CWinThread().OnIdle(1);
         TestView::refusesCreation = false;
     }
 

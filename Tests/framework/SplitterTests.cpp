@@ -46,7 +46,6 @@ protected:
     {
         frame->DestroyWindow();
         PumpMessages();
-        CWinThread().OnIdle(1);
     }
 
     CRect PlaceOf(int row, int column)
@@ -78,17 +77,6 @@ TEST_F(CSplitterWndTest, PanesAndBarsCoverTheClientArea)
     EXPECT_EQ(PlaceOf(1, 0), CRect(0, 80 + barSize, 100, height));
     EXPECT_EQ(PlaceOf(1, 1), CRect(100 + barSize, 80 + barSize, width, height));
     EXPECT_EQ(splitter.GetDlgItem(splitter.IdFromRowCol(1, 1)), splitter.GetPane(1, 1));
-}
-
-TEST_F(CSplitterWndTest, TrackWithoutRoomForItsMinimumIsNotShown)
-{
-    frame->SetWindowPos(nullptr, 0, 0, 130, height, SWP_NOMOVE | SWP_NOZORDER);
-    EXPECT_EQ(ColumnWidth(0), 100);
-    EXPECT_EQ(ColumnWidth(1), 0);  // 24 pixels are left
-    frame->SetWindowPos(nullptr, 0, 0, 30, height, SWP_NOMOVE | SWP_NOZORDER);
-    EXPECT_EQ(ColumnWidth(0), 0);
-    frame->SetWindowPos(nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER);
-    EXPECT_EQ(ColumnWidth(0), 100);
 }
 
 TEST_F(CSplitterWndTest, DraggingMovesTheBarWithinTheMinima)

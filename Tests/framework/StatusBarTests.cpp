@@ -47,7 +47,6 @@ protected:
     {
         frame->DestroyWindow();
         PumpMessages();
-        CWinThread().OnIdle(1);
     }
 
     // What the control really shows.

@@ -41,18 +41,14 @@ class TestThread : public CWinThread
 
     BOOL InitInstance() override
     {
-        main = std::make_unique<Translator>(log, "main");
-        child = std::make_unique<Translator>(log, "child");
-        main->CreateEx(0, nullptr, nullptr, WS_OVERLAPPEDWINDOW, 0, 0, 99, 99, nullptr, nullptr);
-        child->Create(nullptr, nullptr, WS_CHILD, CRect(0, 0, 9, 9), main.get(), 1);
-        m_pMainWnd = main.get();
+        main.CreateEx(0, nullptr, nullptr, WS_OVERLAPPEDWINDOW, 0, 0, 99, 99, nullptr, nullptr);
+        child.Create(nullptr, nullptr, WS_CHILD, CRect(0, 0, 9, 9), &main, 1);
+        m_pMainWnd = &main;
         return TRUE;
     }
     int ExitInstance() override
     {
         log.push_back(AfxGetThread() == this ? "exit" : "exit elsewhere");
-        child.reset();
-        main.reset();
         return CWinThread::ExitInstance();
     }
     BOOL OnIdle(LONG count) override
@@ -73,22 +69,22 @@ class TestThread : public CWinThread
 
     Log log;
     std::vector<LONG> idleCounts;
-    std::unique_ptr<Translator> main;
-    std::unique_ptr<Translator> child;
+    Translator main{log, "main"};
+    Translator child{log, "child"};
 
 protected:
     // One step of the script each time the thread has nothing left to do.
     void OnRested()
     {
         switch (step++) {
-        case 0: child->PostMessage(workMessage); break;
+        case 0: child.PostMessage(workMessage); break;
         case 1:
-            main->eats = true;
-            child->PostMessage(workMessage);
+            main.eats = true;
+            child.PostMessage(workMessage);
             break;
         case 2: PostThreadMessage(workMessage, 3, 4); break;
         case 3: PostThreadMessage(workMessage, 0, 0); break;
-        case 4: main->PostMessage(WM_CLOSE); break;
+        case 4: main.PostMessage(WM_CLOSE); break;
         default: break;
         }
     }

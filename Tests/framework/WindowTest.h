@@ -3,7 +3,6 @@
 
 #include "support/Input.h"
 
-#include "support/CaseName.h"
 #include <afxwin.h>
 
 #include <gtest/gtest.h>
@@ -14,8 +13,7 @@
 // What happened, in order.
 using Log = std::vector<std::string>;
 
-// A test with one top-level window to put children into. Ends with idle time, in which temporary
-// objects go.
+// A test with one top-level window to put children into.
 class WindowTest : public testing::Test
 {
 protected:
@@ -29,7 +27,6 @@ protected:
     {
         top.DestroyWindow();
         PumpMessages();
-        CWinThread().OnIdle(1);
     }
 
     void ShowTop()

@@ -102,10 +102,9 @@ private:
     };
 };
 
-// Runs the step with each of its calls failing in turn, until it has no more; the step gets the
-// number of the call and brackets what may fail with FailAt and Stop. All of it twice, as the first
-// failures make what the system keeps: what the second round leaves behind leaks. Returns how many
-// calls there were.
+// Runs the step with each of its calls failing in turn; the step gets the number of the call and
+// brackets what may fail with FailAt and Stop. All of it twice: what the second round leaves behind
+// leaks. Returns how many calls there were.
 template <class Step>
 int FailEachCall(Step step)
 {

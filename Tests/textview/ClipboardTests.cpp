@@ -1,11 +1,9 @@
 // The real clipboard, read back with the system's own calls.
 
 #include "YUnicodeString.h"
-#include "YUniqueHandle.h"
 #include "YUnknownPointer.h"
-#include "support/CaseName.h"
 #include "textview/ClipboardBuffer.h"
-#include "textview/RecordingView.h"
+#include "textview/ClipboardFaults.h"
 #include "textview/YClipboard.h"
 
 #include <afxole.h>
@@ -56,21 +54,6 @@ protected:
     bool Open() const { return ::OpenClipboard(window) != FALSE; }
     bool IsOpen() const { return ::GetOpenClipboardWindow() != nullptr; }
 
-    // The text that other programs see, with its terminator.
-    std::optional<std::wstring> Text() const
-    {
-        if (!Open()) {
-            return std::nullopt;
-        }
-        std::optional<std::wstring> text;
-        if (const HANDLE block = ::GetClipboardData(CF_UNICODETEXT)) {
-            const YGlobalLock lock(block);
-            text = static_cast<const wchar_t*>(lock.Get());
-        }
-        ::CloseClipboard();
-        return text;
-    }
-
     // A buffer on a clipboard that offers these bytes.
     Buffer Read(UINT format, UINT offered, const std::string& bytes) const
     {
@@ -104,27 +87,12 @@ std::wstring TextIn(const Buffer& buffer)
 TEST_F(ClipboardTest, TextIsOfferedAsUtf16)
 {
     EXPECT_TRUE(YCopyTextToClipboard(L"a\r\n\xD83D\xDE00 b"));
-    EXPECT_EQ(Text(), L"a\r\n\xD83D\xDE00 b");
+    EXPECT_EQ(ClipboardText(), L"a\r\n\xD83D\xDE00 b");
     EXPECT_TRUE(YCopyTextToClipboard(L""));
-    EXPECT_EQ(Text(), L"");
+    EXPECT_EQ(ClipboardText(), L"");
     EXPECT_FALSE(YCopyTextToClipboard(nullptr));
     EXPECT_FALSE(YCopyBufferToClipboard(nullptr));
-    EXPECT_EQ(Text(), L"");
-}
-
-TEST_F(ClipboardTest, TheViewCopiesItsSelectionWithTheLastCell)
-{
-    RecordingView view;
-    view.Append({L"abcdef", L"ghijkl"});
-    view.OnEditCopy();
-    EXPECT_EQ(Text(), std::nullopt);
-    view.Drag(4, 0, 1, 1);
-    view.OnEditCopy();
-    EXPECT_EQ(Text(), L"ef\r\ngh\r\n");
-    view.Drag(1, 1, 2, 1);
-    view.EnableCopy(false);
-    view.OnEditCopy();
-    EXPECT_EQ(Text(), L"ef\r\ngh\r\n");
+    EXPECT_EQ(ClipboardText(), L"");
 }
 
 TEST_F(ClipboardTest, ABufferOfNothingIsInvalidAndSaysWhy)
@@ -155,10 +123,9 @@ TEST_F(ClipboardTest, ABufferKeepsItsTextWhenTheClipboardChanges)
 TEST_F(ClipboardTest, TypographicPunctuationBecomesAscii)
 {
     const std::string typographic("\x93quoted\x94 \x91single\x92 a\x96z a\x97z \xE9");
-    const Buffer buffer =
-        Read(ClipboardBuffer::asciiText, CF_TEXT, typographic + std::string(1, '\0'));
+    const Buffer buffer = Read(ClipboardBuffer::asciiText, CF_TEXT, typographic + '\0');
     EXPECT_EQ(BytesIn(buffer), "\"quoted\" \x91single\x92 a-z a-z \xE9");
-    EXPECT_EQ(BytesIn(Read(CF_TEXT, CF_TEXT, typographic + std::string(1, '\0'))), typographic);
+    EXPECT_EQ(BytesIn(Read(CF_TEXT, CF_TEXT, typographic + '\0')), typographic);
 }
 
 TEST_F(ClipboardTest, AnotherTextReplacesTheOneHeld)
@@ -168,7 +135,7 @@ TEST_F(ClipboardTest, AnotherTextReplacesTheOneHeld)
     EXPECT_TRUE(wide->SetData(text));
     EXPECT_EQ(TextIn(wide), L"new\r\nline");
     EXPECT_TRUE(wide->IsMultiline(1));
-    EXPECT_EQ(Text(), L"old");
+    EXPECT_EQ(ClipboardText(), L"old");
 
     const Buffer ascii = Read(ClipboardBuffer::asciiText, CF_TEXT, std::string("old", 4));
     const Buffer shared = Buffer::Make(*ascii);
@@ -178,30 +145,22 @@ TEST_F(ClipboardTest, AnotherTextReplacesTheOneHeld)
     EXPECT_EQ(BytesIn(shared), "old");  // it shared the text, not the object
 }
 
-struct MultilineCase
+TEST_F(ClipboardTest, ABufferCountsLineBreaksAlikeInBothWidths)
 {
-    const char* name;
-    std::string text;
-    unsigned lines;
-    bool multiline;
-};
-
-class ClipboardMultiline : public ClipboardTest, public testing::WithParamInterface<MultilineCase>
-{};
-
-TEST_P(ClipboardMultiline, CountsLineBreaksAlikeInBothWidths)
-{
-    const MultilineCase& c = GetParam();
-    const std::wstring wide(c.text.begin(), c.text.end());
-    EXPECT_EQ(Read(CF_UNICODETEXT, CF_UNICODETEXT, BytesOf(wide))->IsMultiline(c.lines),
-              c.multiline);
-    EXPECT_EQ(Read(CF_TEXT, CF_TEXT, c.text + '\0')->IsMultiline(c.lines), c.multiline);
+    const struct
+    {
+        std::string text;
+        unsigned lines;
+        bool multiline;
+    } cases[] = {{"abc", 1, false},
+                 {"", 0, true},
+                 {"a\r\nb\r\n", 2, true},
+                 {"a\r\nb", 2, false},
+                 {"a\nb\nc\r", 2, false}};  // a CR hides the LFs
+    for (const auto& [text, lines, multiline] : cases) {
+        SCOPED_TRACE(testing::PrintToString(text));
+        const std::string wide = BytesOf(std::wstring(text.begin(), text.end()));
+        EXPECT_EQ(Read(CF_UNICODETEXT, CF_UNICODETEXT, wide)->IsMultiline(lines), multiline);
+        EXPECT_EQ(Read(CF_TEXT, CF_TEXT, text + '\0')->IsMultiline(lines), multiline);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Texts, ClipboardMultiline,
-                         testing::Values(MultilineCase{"OneLine", "abc", 1, false},
-                                         MultilineCase{"NoneAskedFor", "", 0, true},
-                                         MultilineCase{"CrLf", "a\r\nb\r\n", 2, true},
-                                         MultilineCase{"CrLfIsOneBreak", "a\r\nb", 2, false},
-                                         MultilineCase{"CrHidesLf", "a\nb\nc\r", 2, false}),
-                         CaseName());

@@ -1,10 +1,8 @@
-#include "support/CaseName.h"
 #include "textview/RecordingView.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace {
@@ -36,31 +34,12 @@ std::string Ends(const YTextViewBase& view)
 
 // Scrolling.
 
-TEST(YTextViewBase, PageIsOfWholeCells)
-{
-    RecordingView view;
-    EXPECT_EQ(view.GetPageWidth(), 12u);
-    EXPECT_EQ(view.GetPageHeight(), 6u);
-    view.client = {0, 0, 12 * w - 1, 6 * h - 1};
-    view.OnSizeChange();
-    EXPECT_EQ(view.GetPageWidth(), 11u);
-    EXPECT_EQ(view.GetPageHeight(), 5u);
-    view.UpdateSize(7.5, 10);
-    EXPECT_EQ(view.GetPageWidth(), 0u);
-    view.Append({L"measured by the first line"});
-    EXPECT_EQ(view.GetPageWidth(), 12u);
-    EXPECT_EQ(view.GetPageHeight(), 9u);
-    EXPECT_EQ(view.horizontal.total, 26u);
-}
-
 TEST(YTextViewBase, PagesStopAtBothEndsAndKeepTheColumn)
 {
     RecordingView view;
     view.SetCaret(true);
     view.Append(Texts(15));
     view.ScrollToPoint(0, 4);
-    view.OnPageDown();
-    EXPECT_EQ(view.vertical.point, 6u);
     view.OnPageDown();
     view.OnPageDown();
     EXPECT_EQ(view.vertical.point, 9u);
@@ -96,7 +75,9 @@ TEST(YTextViewBase, FollowsTheEndUntilAClickAndAgainAfterCtrlEndOrClear)
     view.Press(0, 0);
     view.Append(Texts(10));
     EXPECT_EQ(view.vertical.point, 15u);
+    linked.Append(Texts(1));
     view.Clear();
+    EXPECT_FALSE(linked.CanClear());
     view.Append(Texts(10));
     EXPECT_EQ(view.vertical.point, 4u);
 }
@@ -128,26 +109,17 @@ TEST(YTextViewBase, LessThanHalfACellIsAClick)
     RecordingView view;
     view.Append(Texts(3));
     const POINT start{2 * w + 1, 1 * h + 1};
+    view.OnMouseMove(RecordingView::InCell(5, 2));  // without the button
     view.OnLButtonDown(start);
     view.OnMouseMove({start.x + w / 2, start.y + h / 2});
     EXPECT_EQ(Ends(view), "none");
     view.OnMouseMove({start.x + w / 2 + 1, start.y});
     EXPECT_EQ(Ends(view), "2,1-2,1");
     view.OnLButtonUp(start);
+    view.OnMouseMove(RecordingView::InCell(9, 2));
     EXPECT_EQ(Ends(view), "2,1-2,1");
     view.Press(0, 0);
     EXPECT_EQ(Ends(view), "none");
-}
-
-TEST(YTextViewBase, MovesWithoutTheButtonSelectNothing)
-{
-    RecordingView view;
-    view.Append(Texts(3));
-    view.OnMouseMove(RecordingView::InCell(5, 2));
-    EXPECT_EQ(Ends(view), "none");
-    view.Drag(0, 0, 5, 0);
-    view.OnMouseMove(RecordingView::InCell(9, 2));
-    EXPECT_EQ(Ends(view), "0,0-5,0");
 }
 
 // The end of the drag is where select all puts its own: nothing but the begin changes.
@@ -177,39 +149,18 @@ TEST(YTextViewBase, AMoveThatChangesNothingIsNotRepainted)
     EXPECT_EQ(view.highlightChanges, changes + 1);
 }
 
-TEST(YTextViewBase, TheSelectionMovesWithItsTextAndLeavesWithIt)
-{
-    RecordingView view;
-    view.SetBufferSize(5);
-    view.Append({L"a", L"b", L"cdef", L"ghij", L"k"});
-    view.Drag(1, 2, 2, 3);
-    ASSERT_EQ(Ends(view), "1,2-2,3");
-    view.Append(Texts(2));
-    EXPECT_EQ(Ends(view), "1,0-2,1");
-    view.Append(Texts(1));
-    EXPECT_EQ(Ends(view), "0,0-2,0");
-    view.Append(Texts(1));
-    EXPECT_EQ(Ends(view), "none");
-    EXPECT_FALSE(view.CanCopy());
-}
-
-TEST(YTextViewBase, AHookMayRefuseASelection)
-{
-    RecordingView view;
-    view.Append(Texts(2));
-    view.Drag(0, 0, 3, 1);
-    view.refuseHighlight = true;
-    view.SelectAll();
-    EXPECT_EQ(Ends(view), "none");
-}
-
-TEST(YTextViewBase, ClearAndALossOfLinesEndTheSelection)
+TEST(YTextViewBase, AHookALossOfLinesAndClearEndTheSelection)
 {
     RecordingView view;
     view.Append(Texts(4));
     view.SelectAll();
     view.SetBufferSize(4);
     EXPECT_EQ(Ends(view), "0,0-19,3");
+    view.refuseHighlight = true;
+    view.SelectAll();
+    EXPECT_EQ(Ends(view), "none");
+    view.refuseHighlight = false;
+    view.SelectAll();
     view.SetBufferSize(3);
     EXPECT_EQ(Ends(view), "none");
     view.SelectAll();
@@ -226,6 +177,8 @@ TEST(YTextViewBase, RunsBeginAtWholePixels)
     RecordingView view;
     view.UpdateSize(7.5, h);
     view.Append({L"abcdefgh"});
+    EXPECT_EQ(view.GetPageWidth(), 12u);
+    EXPECT_EQ(view.GetPageHeight(), 6u);
     view.OnLButtonDown({8, 0});
     view.OnMouseMove({30, 0});
     const std::vector<RecordingView::Run> runs = view.Draw();

@@ -2,7 +2,6 @@
 
 #include "YNpos.h"
 #include "YUnknownPointer.h"
-#include "support/CaseName.h"
 #include "textview/ITextViewHighlightSink.h"
 
 #include <gtest/gtest.h>
@@ -26,9 +25,6 @@ TEST(YTextViewHighlight, TellsOfChangesOnly)
 {
     CountingSink sink;
     const auto highlight = Pointer::Make(&sink);
-    EXPECT_EQ(highlight->GetBegin(), Position(0, 0));
-    EXPECT_EQ(highlight->GetEnd(), Position(0, 0));
-
     highlight->UpdateBegin({3, 1});
     EXPECT_EQ(sink.changes, 0);
     highlight->UpdateEnd({0, 0});
@@ -64,35 +60,27 @@ TEST(YTextViewHighlight, ACopyHasTheSinkAndACountOfItsOwn)
     EXPECT_EQ(copy->Release(), 1u);
 }
 
-struct ScrollCase
+TEST(YTextViewHighlight, FollowsTheTextThatScrolls)
 {
-    const char* name;
-    Position begin, end;
-    unsigned lines;
-    bool stays;
-    Position newBegin, newEnd;
-};
-
-class YTextViewHighlightScroll : public testing::TestWithParam<ScrollCase>
-{};
-
-TEST_P(YTextViewHighlightScroll, FollowsTheText)
-{
-    const ScrollCase& c = GetParam();
-    CountingSink sink;
-    const auto highlight = Pointer::Make(&sink, c.begin, c.end);
-    EXPECT_EQ(highlight->Scroll(c.lines), c.stays);
-    EXPECT_EQ(highlight->GetBegin(), c.newBegin);
-    EXPECT_EQ(highlight->GetEnd(), c.newEnd);
-    EXPECT_EQ(sink.changes, 0);
+    const struct
+    {
+        Position begin, end;
+        unsigned lines;
+        bool stays;
+        Position newBegin, newEnd;
+    } cases[] = {{{1, 5}, {2, 7}, 5, true, {1, 0}, {2, 2}},
+                 {{1, 5}, {2, 7}, 6, true, {0, 0}, {2, 1}},
+                 {{1, 5}, {2, 7}, 8, false, {1, 5}, {2, 7}},
+                 {{1, 7}, {2, 5}, 6, true, {1, 1}, {0, 0}},
+                 {{1, 1}, {2, npos}, 2, true, {0, 0}, {2, npos - 2}}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message()
+                     << c.begin.line << " to " << c.end.line << " by " << c.lines);
+        CountingSink sink;
+        const auto highlight = Pointer::Make(&sink, c.begin, c.end);
+        EXPECT_EQ(highlight->Scroll(c.lines), c.stays);
+        EXPECT_EQ(highlight->GetBegin(), c.newBegin);
+        EXPECT_EQ(highlight->GetEnd(), c.newEnd);
+        EXPECT_EQ(sink.changes, 0);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, YTextViewHighlightScroll,
-    testing::Values(ScrollCase{"BothMove", {1, 5}, {2, 7}, 5, true, {1, 0}, {2, 2}},
-                    ScrollCase{"BeginLeaves", {1, 5}, {2, 7}, 6, true, {0, 0}, {2, 1}},
-                    ScrollCase{"BothLeave", {1, 5}, {2, 7}, 8, false, {1, 5}, {2, 7}},
-                    ScrollCase{"BackwardsEndLeaves", {1, 7}, {2, 5}, 6, true, {1, 1}, {0, 0}},
-                    ScrollCase{"NoLines", {1, 0}, {2, 0}, 0, true, {1, 0}, {2, 0}},
-                    ScrollCase{"PastTheEnd", {1, 1}, {2, npos}, 2, true, {0, 0}, {2, npos - 2}}),
-    CaseName());

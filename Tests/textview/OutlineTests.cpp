@@ -1,7 +1,6 @@
 #include "textview/YTextViewOutlineSelection.h"
 
 #include "YUnknownPointer.h"
-#include "support/CaseName.h"
 #include "textview/ITextViewSelectionSink.h"
 #include "textview/Lines.h"
 #include "textview/YTextViewHighlight.h"
@@ -14,6 +13,11 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+void PrintTo(const YTextViewLineDrawInfo& s, std::ostream* stream)
+{
+    *stream << "(" << s.startX << ", " << s.startY << ")-(" << s.endX << ", " << s.endY << ")";
+}
 
 namespace {
 
@@ -29,11 +33,9 @@ class Selection final : public ITextViewSelectionSink
 public:
     explicit Selection(const std::vector<unsigned>& lengths) : buffer(50)
     {
-        std::vector<std::wstring> texts;
         for (const unsigned length : lengths) {
-            texts.emplace_back(length, L'x');
+            Append(buffer, {std::wstring(length, L'x')});
         }
-        Append(buffer, texts);
     }
 
     void Select(const Position& begin, const Position& end, bool columns)
@@ -41,7 +43,6 @@ public:
         highlight = YUnknownPointer<YTextViewHighlight>::Make(nullptr, begin, end);
         columnar = columns;
     }
-    void SelectNothing() { highlight.Reset(); }
 
     const YTextViewBuffer& GetBuffer() const override { return buffer; }
     YTextViewHighlight* GetHighlight() const override { return highlight.Get(); }
@@ -80,13 +81,6 @@ Segment Right(unsigned column, unsigned first, unsigned last, int dx = 0)
     return {x, static_cast<int>(first) * h, x, static_cast<int>(last + 1) * h};
 }
 
-}  // namespace
-
-void PrintTo(const YTextViewLineDrawInfo& s, std::ostream* stream)
-{
-    *stream << "(" << s.startX << ", " << s.startY << ")-(" << s.endX << ", " << s.endY << ")";
-}
-
 // The lines by their lengths, and which of them are on the page.
 struct Page
 {
@@ -100,89 +94,58 @@ struct Ends
     bool columns = false;
 };
 
-struct OutlineCase
+void ExpectOutline(const Page& page, const Ends& ends, const Segments& segments)
 {
-    OutlineCase(const char* title, const Page& shown, const Ends& selected, const Segments& lines)
-        : name(title), page(shown), ends(selected), segments(lines)
-    {}
-
-    const char* name;
-    Page page;
-    Ends ends;
-    Segments segments;
-};
-
-class YTextViewOutline : public testing::TestWithParam<OutlineCase>
-{};
-
-TEST_P(YTextViewOutline, HasTheseSegments)
-{
-    const auto& [name, page, ends, segments] = GetParam();
+    SCOPED_TRACE(testing::PrintToString(segments));
     Selection selection(page.lengths);
+    const auto segmentsAt = [&](int offset) {
+        return YTextViewOutlineSelection(&selection, offset, page.firstLine, page.lineCount)
+            .GetSegments();
+    };
+    EXPECT_TRUE(segmentsAt(0).empty());
     selection.Select(ends.begin, ends.end, ends.columns);
-    const YTextViewOutlineSelection outline(&selection, 0, page.firstLine, page.lineCount);
-    EXPECT_EQ(outline.GetSegments(), segments);
-}
-
-// Whole outlines on lines of one length are below; here are the shorter lines and the page's edges.
-INSTANTIATE_TEST_SUITE_P(
-    Stream, YTextViewOutline,
-    testing::Values(
-        OutlineCase("StepsAtBothEnds", {{9, 9, 9, 9}, 0, 4}, {{5, 0}, {3, 2}},
-                    {Top(0, 5, 8), Top(1, 0, 4), Left(5, 0, 0, -1), Left(0, 1, 2), Bottom(2, 0, 3),
-                     Bottom(1, 4, 8), Right(8, 0, 1), Right(3, 2, 2, 1)}),
-        OutlineCase("TopStepEndsWithItsLine", {{9, 2, 9}, 0, 3}, {{5, 0}, {8, 2}},
-                    {Top(0, 5, 8), Top(1, 0, 1), Left(5, 0, 0, -1), Left(0, 1, 2), Bottom(2, 0, 8),
-                     Right(8, 0, 2)}),
-        OutlineCase("TopStepEndsWithTheSelection", {{9, 9}, 0, 2}, {{5, 0}, {1, 1}},
-                    {Top(0, 5, 8), Top(1, 0, 1), Left(5, 0, 0, -1), Left(0, 1, 1), Bottom(1, 0, 1),
-                     Bottom(0, 5, 8), Right(8, 0, 0), Right(1, 1, 1, 1)}),
-        OutlineCase("NoTopStepAboveAnEmptyLine", {{9, 0, 4}, 0, 3}, {{5, 0}, {3, 2}},
-                    {Top(0, 5, 8), Left(5, 0, 2), Bottom(2, 0, 3), Right(3, 0, 2)}),
-        OutlineCase("BeginsAboveThePage", {{9, 9, 9, 9}, 2, 2}, {{5, 0}, {3, 3}},
-                    {Left(0, 0, 1), Bottom(1, 0, 3), Bottom(0, 4, 8), Right(8, 0, 0),
-                     Right(3, 1, 1, 1)}),
-        OutlineCase("BeginsOnTheLineAboveThePage", {{9, 9, 9}, 1, 2}, {{5, 0}, {8, 2}},
-                    {Top(0, 0, 4), Left(0, 0, 1), Bottom(1, 0, 8), Right(8, 0, 1)}),
-        OutlineCase("EndsOnTheFirstRow", {{9, 9, 9}, 2, 1}, {{5, 0}, {3, 2}},
-                    {Left(0, 0, 0), Bottom(0, 0, 3), Right(3, 0, 0)}),
-        OutlineCase("EndsBelowThePage", {{9, 9, 9}, 0, 1}, {{0, 0}, {8, 2}},
-                    {Top(0, 0, 8), Left(0, 0, 2), Bottom(2, 0, 8), Right(8, 0, 2)}),
-        OutlineCase("BeginsOnAnEmptyLine", {{0, 9, 9}, 0, 3}, {{0, 0}, {3, 2}},
-                    {Left(0, 0, 2), Bottom(2, 0, 3), Bottom(1, 4, 8), Right(0, 0, 1),
-                     Right(3, 2, 2, 1)}),
-        OutlineCase("AboveThePage", {{9, 9, 9}, 2, 1}, {{0, 0}, {8, 1}}, {}),
-        OutlineCase("BelowThePage", {{9, 9, 9}, 0, 2}, {{0, 2}, {8, 2}}, {})),
-    CaseName());
-
-INSTANTIATE_TEST_SUITE_P(
-    Columnar, YTextViewOutline,
-    testing::Values(OutlineCase("LastLineEndsWithin", {{9, 9, 4}, 0, 3}, {{2, 0}, {5, 2}, true},
-                                {Top(0, 2, 5), Left(2, 0, 2), Bottom(2, 2, 3), Bottom(1, 4, 5),
-                                 Right(5, 0, 1), Right(3, 2, 2, 1)}),
-                    OutlineCase("BeginsAboveThePage", {{9, 9, 9}, 1, 2}, {{2, 0}, {5, 2}, true},
-                                {Left(2, 0, 1), Bottom(1, 2, 5), Right(5, 0, 1)}),
-                    OutlineCase("UpsideDown", {{9, 1, 1}, 0, 3}, {{2, 2}, {5, 0}, true}, {})),
-    CaseName());
-
-TEST(YTextViewOutlineSelection, NothingSelectedHasNoSegments)
-{
-    Selection selection({9});
-    EXPECT_TRUE(YTextViewOutlineSelection(&selection, 0, 0, 1).GetSegments().empty());
-}
-
-TEST(YTextViewOutlineSelection, TheOffsetMovesEverySegment)
-{
-    Selection selection({9, 9, 9});
-    selection.Select({5, 0}, {3, 2}, false);
-    const Segments plain = YTextViewOutlineSelection(&selection, 0, 0, 3).GetSegments();
-    const Segments moved = YTextViewOutlineSelection(&selection, 100, 0, 3).GetSegments();
-    ASSERT_EQ(plain.size(), moved.size());
-    for (std::size_t i = 0; i < plain.size(); ++i) {
-        EXPECT_DOUBLE_EQ(moved[i].startX, plain[i].startX + 100);
-        EXPECT_DOUBLE_EQ(moved[i].endX, plain[i].endX + 100);
-        EXPECT_EQ(moved[i].startY, plain[i].startY);
+    EXPECT_EQ(segmentsAt(0), segments);
+    Segments moved = segments;
+    for (Segment& segment : moved) {
+        segment.startX += 100;
+        segment.endX += 100;
     }
+    EXPECT_EQ(segmentsAt(100), moved);
+}
+
+}  // namespace
+
+// Whole outlines on lines of one length are below; here are shorter lines and the page's edges.
+TEST(YTextViewOutlineSelection, EndsWithItsLinesAndGoesOnBeyondThePage)
+{
+    ExpectOutline({{9, 9, 9, 9}, 0, 4}, {{5, 0}, {3, 2}},
+                  {Top(0, 5, 8), Top(1, 0, 4), Left(5, 0, 0, -1), Left(0, 1, 2), Bottom(2, 0, 3),
+                   Bottom(1, 4, 8), Right(8, 0, 1), Right(3, 2, 2, 1)});
+    ExpectOutline({{9, 2, 9}, 0, 3}, {{5, 0}, {8, 2}},
+                  {Top(0, 5, 8), Top(1, 0, 1), Left(5, 0, 0, -1), Left(0, 1, 2), Bottom(2, 0, 8),
+                   Right(8, 0, 2)});
+    // No top step above an empty line.
+    ExpectOutline({{9, 0, 4}, 0, 3}, {{5, 0}, {3, 2}},
+                  {Top(0, 5, 8), Left(5, 0, 2), Bottom(2, 0, 3), Right(3, 0, 2)});
+    ExpectOutline(
+        {{9, 9, 9, 9}, 2, 2}, {{5, 0}, {3, 3}},
+        {Left(0, 0, 1), Bottom(1, 0, 3), Bottom(0, 4, 8), Right(8, 0, 0), Right(3, 1, 1, 1)});
+    ExpectOutline({{9, 9, 9}, 1, 2}, {{5, 0}, {8, 2}},
+                  {Top(0, 0, 4), Left(0, 0, 1), Bottom(1, 0, 8), Right(8, 0, 1)});
+    ExpectOutline({{9, 9, 9}, 2, 1}, {{5, 0}, {3, 2}},
+                  {Left(0, 0, 0), Bottom(0, 0, 3), Right(3, 0, 0)});
+    ExpectOutline({{9, 9, 9}, 0, 1}, {{0, 0}, {8, 2}},
+                  {Top(0, 0, 8), Left(0, 0, 2), Bottom(2, 0, 8), Right(8, 0, 2)});
+    ExpectOutline(
+        {{0, 9, 9}, 0, 3}, {{0, 0}, {3, 2}},
+        {Left(0, 0, 2), Bottom(2, 0, 3), Bottom(1, 4, 8), Right(0, 0, 1), Right(3, 2, 2, 1)});
+    ExpectOutline({{9, 9, 9}, 2, 1}, {{0, 0}, {8, 1}}, {});  // above the page
+    ExpectOutline({{9, 9, 4}, 0, 3}, {{2, 0}, {5, 2}, true},
+                  {Top(0, 2, 5), Left(2, 0, 2), Bottom(2, 2, 3), Bottom(1, 4, 5), Right(5, 0, 1),
+                   Right(3, 2, 2, 1)});
+    ExpectOutline({{9, 9, 9}, 1, 2}, {{2, 0}, {5, 2}, true},
+                  {Left(2, 0, 1), Bottom(1, 2, 5), Right(5, 0, 1)});
+    ExpectOutline({{9, 1, 1}, 0, 3}, {{2, 2}, {5, 0}, true}, {});  // upside down
 }
 
 namespace {

@@ -24,8 +24,6 @@ public:
         COLORREF foreground, background;
         int x, y;
         std::wstring text;
-
-        bool operator==(const Run&) const = default;
     };
 
     struct Bar
@@ -51,11 +49,10 @@ public:
     }
 
     // The runs of one paint of the whole client area.
-    std::vector<Run> Draw() { return Draw(client); }
-    std::vector<Run> Draw(const RECT& clip)
+    std::vector<Run> Draw()
     {
         runs.clear();
-        OnDraw(nullptr, clip);
+        OnDraw(nullptr, client);
         return runs;
     }
 

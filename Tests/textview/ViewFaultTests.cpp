@@ -1,32 +1,19 @@
 // The text view when things go wrong around it: lines that go while they are selected, output from
 // inside a drag, a system without memory, fonts, bitmaps or clipboard.
 
-#include "support/CaseName.h"
 #include "textview/ClipboardFaults.h"
+#include "textview/RecordingView.h"
 #include "textview/ViewFixture.h"
 
 #include <afxole.h>
 
-#include <atomic>
 #include <chrono>
-#include <thread>
 
 namespace {
 
 class ViewFaultTest : public ViewTest
 {
 protected:
-    // The texts of the first and the last selected line.
-    std::pair<std::wstring, std::wstring> SelectedLines() const
-    {
-        const auto selection = view->GetSelection();
-        if (!selection) {
-            return {};
-        }
-        return {TextOf(view->GetBuffer(), selection->line),
-                TextOf(view->GetBuffer(), selection->endLine)};
-    }
-
     // The view does what it is for.
     void ExpectUsable() const
     {
@@ -44,73 +31,45 @@ protected:
 
 // Lines that go
 
-// One drag and one click with Shift, with lines dropped at one moment of it. Rows show lines 120 to
-// 129, three more when three were dropped.
-struct DropCase
+// One drag and one click with Shift, with lines dropped before one of its steps. Rows show lines 120
+// to 129, three more when three were dropped. Where the button goes down is a place in the window:
+// the text that is there at the first move begins the selection.
+TEST_F(ViewFaultTest, BothEndsStayWithTheirTextWhenLinesGo)
 {
-    const char* name;
-    int step;  // before which the lines are dropped
-    const wchar_t* first;
-    const wchar_t* last;  // selected in the end
-};
-
-class ViewDrop : public ViewFaultTest, public testing::WithParamInterface<DropCase>
-{
-protected:
-    void Do(int step) const
-    {
-        switch (step) {
-        case 0: SendMouse(WM_LBUTTONDOWN, InCell(0, 2, 0)); break;
-        case 1: SendMouse(WM_MOUSEMOVE, InCell(2, 4)); break;
-        case 2: SendMouse(WM_MOUSEMOVE, InCell(2, 5)); break;
-        case 3: SendMouse(WM_LBUTTONUP, InCell(2, 6)); break;
-        case 4: ClickWithShift(InCell(2, 8)); break;
-        default: break;
+    const std::function<void()> steps[] = {[this] { SendMouse(WM_LBUTTONDOWN, InCell(0, 2, 0)); },
+                                           [this] { SendMouse(WM_MOUSEMOVE, InCell(2, 4)); },
+                                           [this] { SendMouse(WM_MOUSEMOVE, InCell(2, 5)); },
+                                           [this] { SendMouse(WM_LBUTTONUP, InCell(2, 6)); },
+                                           [this] {
+                                               const KeyDown shift(VK_SHIFT);
+                                               SendMouse(WM_LBUTTONDOWN, InCell(2, 8));
+                                               SendMouse(WM_LBUTTONUP, InCell(2, 8));
+                                           },
+                                           [] {}};
+    using Texts = std::pair<std::wstring, std::wstring>;  // of the first and the last selected line
+    const Texts expected[] = {{L"125", L"131"}, {L"125", L"131"}, {L"122", L"131"},
+                              {L"122", L"131"}, {L"122", L"131"}, {L"122", L"128"}};
+    for (std::size_t dropAt = 0; dropAt < std::size(steps); ++dropAt) {
+        SCOPED_TRACE(dropAt);
+        view->Clear();
+        view->AppendNumbered(100, 50);
+        view->SetCaret(true);
+        view->ScrollToPoint(20, 0);
+        for (std::size_t step = 0; step < std::size(steps); ++step) {
+            if (step == dropAt) {
+                view->AppendNumbered(150, 3);
+            }
+            steps[step]();
         }
+        const auto selection = view->GetSelection().value_or(TestView::Selection{});
+        EXPECT_EQ(Texts(TextOf(view->GetBuffer(), selection.line),
+                        TextOf(view->GetBuffer(), selection.endLine)),
+                  expected[dropAt]);
+        view->AppendNumbered(200, 50);
+        EXPECT_EQ(view->GetSelection(), std::nullopt);
+        EXPECT_FALSE(view->CanCopy());
     }
-
-private:
-    void ClickWithShift(POINT point) const
-    {
-        BYTE keys[256];
-        ::GetKeyboardState(keys);
-        keys[VK_SHIFT] = 0x80;
-        ::SetKeyboardState(keys);
-        SendMouse(WM_LBUTTONDOWN, point);
-        SendMouse(WM_LBUTTONUP, point);
-        keys[VK_SHIFT] = 0;
-        ::SetKeyboardState(keys);
-    }
-};
-
-TEST_P(ViewDrop, BothEndsStayWithTheirText)
-{
-    view->AppendNumbered(100, 50);
-    view->SetCaret(true);
-    view->ScrollToPoint(20, 0);
-    for (int step = 0; step <= 5; ++step) {
-        if (step == GetParam().step) {
-            view->AppendNumbered(150, 3);
-        }
-        Do(step);
-    }
-    EXPECT_EQ(SelectedLines(),
-              std::make_pair(std::wstring(GetParam().first), std::wstring(GetParam().last)));
-    view->AppendNumbered(200, 50);
-    EXPECT_EQ(view->GetSelection(), std::nullopt);
-    EXPECT_FALSE(view->CanCopy());
 }
-
-// Where the button goes down is a place in the window: the text that is there at the first move
-// begins the selection.
-INSTANTIATE_TEST_SUITE_P(Moments, ViewDrop,
-                         testing::Values(DropCase{"BeforePress", 0, L"125", L"131"},
-                                         DropCase{"BeforeFirstMove", 1, L"125", L"131"},
-                                         DropCase{"InsideTheDrag", 2, L"122", L"131"},
-                                         DropCase{"BeforeRelease", 3, L"122", L"131"},
-                                         DropCase{"BeforeShiftClick", 4, L"122", L"131"},
-                                         DropCase{"AfterShiftClick", 5, L"122", L"128"}),
-                         CaseName());
 
 TEST_F(ViewFaultTest, OutputThatArrivesInsideADragPushesTheSelectionOut)
 {
@@ -135,50 +94,36 @@ TEST_F(ViewFaultTest, OutputThatArrivesInsideADragPushesTheSelectionOut)
 }
 
 // What a host may do to the view while the view tells it of a selection.
-struct HookCase
+TEST_F(ViewFaultTest, TheHostMayChangeTheViewFromInside)
 {
-    const char* name;
-    void (*act)(TestView& view);
-};
-
-class ViewHook : public ViewFaultTest, public testing::WithParamInterface<HookCase>
-{};
-
-TEST_P(ViewHook, TheHostMayChangeTheViewFromInside)
-{
-    view->AppendNumbered(0, 50);
-    Select(0, 1, 1, 2);
-    const LeakCheck leaks;
-    bool inside = false;
-    view->atSelectionChange = [this, &inside] {
-        if (!inside) {
-            inside = true;
-            GetParam().act(*view);
-            inside = false;
+    const std::function<void()> acts[] = {[this] { view->AppendNumbered(0, 10); },
+                                          [this] { view->Clear(); }, [this] { view->SelectAll(); },
+                                          [this] {
+                                              view->SetBufferSize(3);
+                                              view->SetBufferSize(50);
+                                          }};
+    for (const auto& act : acts) {
+        view->AppendNumbered(0, 50);
+        Select(0, 1, 1, 2);
+        const LeakCheck leaks;
+        bool inside = false;
+        view->atSelectionChange = [&act, &inside] {
+            if (!std::exchange(inside, true)) {
+                act();
+                inside = false;
+            }
+        };
+        for (int round = 0; round < 3; ++round) {
+            view->AppendNumbered(0, 20);
+            Select(0, 1, 1, 5);
+            view->SelectAll();
+            Select(0, 4, 1, 3);
         }
-    };
-    for (int round = 0; round < 3; ++round) {
-        view->AppendNumbered(0, 20);
-        Select(0, 1, 1, 5);
-        view->SelectAll();
-        Select(0, 4, 1, 3);
+        view->atSelectionChange = nullptr;
+        view->AppendNumbered(0, 50);
+        Select(0, 1, 1, 2);
     }
-    view->atSelectionChange = nullptr;
-    view->AppendNumbered(0, 50);
-    Select(0, 1, 1, 2);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Acts, ViewHook,
-    testing::Values(HookCase{"AppendsAPage", [](TestView& view) { view.AppendNumbered(0, 10); }},
-                    HookCase{"Clears", [](TestView& view) { view.Clear(); }},
-                    HookCase{"SelectsAll", [](TestView& view) { view.SelectAll(); }},
-                    HookCase{"ShrinksTheBuffer",
-                             [](TestView& view) {
-                                 view.SetBufferSize(3);
-                                 view.SetBufferSize(50);
-                             }}),
-    CaseName());
 
 // Size
 
@@ -325,5 +270,3 @@ TEST_F(ViewFaultTest, ACopyThatFailsAnywhereLeavesNothingHalfDone)
     EXPECT_GE(calls, 3);  // the block, its lock, the data source
     ExpectUsable();
 }
-
-namespace {}  // namespace

@@ -17,8 +17,7 @@
 #include <string>
 #include <vector>
 
-// Gives its test the operations that a host's own view would use. It is its own host: it hands its
-// selection on to the linked view, and the attributes of a line point at its colour.
+// Its own host: it hands its selection on to the linked view; a line's attributes are its colour.
 class TestView : public YTextView
 {
 public:
@@ -37,9 +36,7 @@ public:
         AppendLines(lines.data(), count);
     }
 
-    using YTextView::CanClear;
     using YTextView::GetHScrollPoint;
-    using YTextView::GetLogFont;
     using YTextView::GetPageHeight;
     using YTextView::GetPageWidth;
     using YTextView::GetVScrollPoint;
@@ -49,7 +46,7 @@ public:
     using YTextView::SetCaret;
     using YTextView::UpdateFontInternal;
 
-    // The selection's ends, both included; none: all zero.
+    // The selection's ends, both included.
     struct Selection
     {
         unsigned line = 0, column = 0, endLine = 0, endColumn = 0;
@@ -69,7 +66,7 @@ public:
     RECT lastClip{};
     std::function<void()> atPost;  // for each WM_APP
     std::function<void()> atSelectionChange;
-    unsigned trackMessages = 0;  // WM_VSCROLL with SB_THUMBTRACK
+    unsigned trackedLine = 0;  // where the thumb has led while it was dragged
 
 protected:
     void OnDraw(CDC* dc) override
@@ -84,7 +81,9 @@ protected:
             atPost();
         }
         const LRESULT result = YTextView::WindowProc(message, wParam, lParam);
-        trackMessages += message == WM_VSCROLL && LOWORD(wParam) == SB_THUMBTRACK;
+        if (message == WM_VSCROLL && LOWORD(wParam) == SB_THUMBTRACK) {
+            trackedLine = GetVScrollPoint();
+        }
         return result;
     }
     void GetTextAttributes(const void* attributes, COLORREF& color) const override
@@ -104,7 +103,7 @@ protected:
     }
 };
 
-// A linked bar as a host would write one: it keeps the values and tells its sink of its own moves.
+// A linked bar as a host would write one: it keeps the values.
 class LinkedBar : public ITextViewLinkedScrollbar
 {
 public:
@@ -313,28 +312,6 @@ protected:
     CFrameWnd* frame = nullptr;
     TestView* view = nullptr;  // the frame's
     SIZE cell{};
-};
-
-// Two views of the same page, one below the other, each linked with the other.
-class LinkedViewTest : public ViewTest
-{
-protected:
-    void SetUp() override
-    {
-        ViewTest::SetUp();
-        other = MakeView(2);
-        Place(*other, 280);
-        view->SetLinkedView(other);
-        other->SetLinkedView(view);
-    }
-
-    void Append(const std::vector<std::wstring>& texts)
-    {
-        view->Append(texts);
-        other->Append(texts);
-    }
-
-    TestView* other = nullptr;  // the frame's
 };
 
 // The view's own bar is hidden; the linked one stands in for it.

@@ -10,22 +10,10 @@ namespace {
 
 constexpr COLORREF red = RGB(200, 0, 0);
 
-COLORREF TextColor()
-{
-    return ::GetSysColor(COLOR_WINDOWTEXT);
-}
-COLORREF BackColor()
-{
-    return ::GetSysColor(COLOR_WINDOW);
-}
-COLORREF MarkColor()
-{
-    return ::GetSysColor(COLOR_HIGHLIGHTTEXT);
-}
-COLORREF MarkBackColor()
-{
-    return ::GetSysColor(COLOR_HIGHLIGHT);
-}
+const COLORREF textColor = ::GetSysColor(COLOR_WINDOWTEXT);
+const COLORREF backColor = ::GetSysColor(COLOR_WINDOW);
+const COLORREF markColor = ::GetSysColor(COLOR_HIGHLIGHTTEXT);
+const COLORREF markBackColor = ::GetSysColor(COLOR_HIGHLIGHT);
 
 // Whether the same pixels are of the one colour here and of the other there.
 bool HaveSameShape(const Picture& one, COLORREF color, const Picture& other, COLORREF otherColor,
@@ -40,9 +28,6 @@ bool HaveSameShape(const Picture& one, COLORREF color, const Picture& other, COL
     }
     return true;
 }
-
-class ViewPaintTest : public ViewTest
-{};
 
 struct CellCase
 {
@@ -74,9 +59,9 @@ TEST_P(ViewCells, WhatIsDrawnIsHitAndCopied)
         view->OnEditCopy();
         EXPECT_EQ(ClipboardText(), text.substr(at, 1));
         const Picture marked = Shoot(row);
-        EXPECT_TRUE(Picture(*view, part).IsMadeOf(MarkColor(), MarkBackColor()));
-        EXPECT_EQ(marked.Count(MarkBackColor()), Picture(*view, part).Count(MarkBackColor()));
-        EXPECT_TRUE(HaveSameShape(whole, BackColor(), marked, MarkBackColor(), part));
+        EXPECT_TRUE(Picture(*view, part).IsMadeOf(markColor, markBackColor));
+        EXPECT_EQ(marked.Count(markBackColor), Picture(*view, part).Count(markBackColor));
+        EXPECT_TRUE(HaveSameShape(whole, backColor, marked, markBackColor, part));
     }
     ::OleSetClipboard(nullptr);
     for (std::size_t column = 0; column < text.size(); ++column) {
@@ -87,9 +72,9 @@ TEST_P(ViewCells, WhatIsDrawnIsHitAndCopied)
         view->Append({alone});
         const Picture single = Shoot(row);
         const RECT part = Cells(static_cast<int>(column), 0);
-        EXPECT_EQ(single.CountAllBut(BackColor()),
-                  Picture(*view, part).CountAllBut(BackColor()));  // nothing beside the cell
-        EXPECT_TRUE(HaveSameShape(whole, BackColor(), single, BackColor(), part));
+        EXPECT_EQ(single.CountAllBut(backColor),
+                  Picture(*view, part).CountAllBut(backColor));  // nothing beside the cell
+        EXPECT_TRUE(HaveSameShape(whole, backColor, single, backColor, part));
     }
 }
 
@@ -109,32 +94,22 @@ INSTANTIATE_TEST_SUITE_P(
                     CellCase{"Arabic", L"i\x0627\x062F\x0661\x0664\x0627 1\x0661;", L"Tahoma"}),
     CaseName());
 
-TEST_F(ViewPaintTest, LinesHaveTheColourOfTheirAttributesOnTheBackground)
-{
-    const std::vector<YTextViewBuffer::LineInfo> lines{Line(L"plain"), Line(L"alarm", &red)};
-    view->AppendLines(lines.data(), 2);
-    const Picture plain = Shoot(Cells(0, 0, columns));
-    const Picture alarm = Shoot(Cells(0, 1, columns));
-    EXPECT_TRUE(plain.IsMadeOf(TextColor(), BackColor()));
-    EXPECT_GT(plain.Count(TextColor()), 0);
-    EXPECT_TRUE(alarm.IsMadeOf(red, BackColor()));
-    EXPECT_GT(alarm.Count(red), 0);
-    EXPECT_EQ(Shoot(Cells(0, 2, columns)).CountAllBut(BackColor()), 0);
-}
-
-TEST_F(ViewPaintTest, ASelectionIsInItsColoursToTheEndOfEachLine)
+TEST_F(ViewTest, LinesHaveTheirColoursAndASelectionItsOwnToTheEndOfEach)
 {
     const std::vector<YTextViewBuffer::LineInfo> lines{Line(L"0123456789", &red), Line(L"01")};
     view->AppendLines(lines.data(), 2);
+    EXPECT_GT(Shoot(Cells(0, 0, 4)).Count(red), 0);
+    EXPECT_GT(Shoot(Cells(0, 1)).Count(textColor), 0);
     Select(4, 0, 0, 1);
-    EXPECT_TRUE(Shoot(Cells(0, 0, 4)).IsMadeOf(red, BackColor()));
-    EXPECT_TRUE(Shoot(Cells(4, 0, 6)).IsMadeOf(MarkColor(), MarkBackColor()));
-    EXPECT_EQ(Shoot(Cells(10, 0, 5)).CountAllBut(BackColor()), 0);
-    EXPECT_TRUE(Shoot(Cells(0, 1)).IsMadeOf(MarkColor(), MarkBackColor()));
-    EXPECT_TRUE(Shoot(Cells(1, 1)).IsMadeOf(TextColor(), BackColor()));
+    EXPECT_TRUE(Shoot(Cells(0, 0, 4)).IsMadeOf(red, backColor));
+    EXPECT_TRUE(Shoot(Cells(4, 0, 6)).IsMadeOf(markColor, markBackColor));
+    EXPECT_EQ(Shoot(Cells(10, 0, 5)).CountAllBut(backColor), 0);
+    EXPECT_TRUE(Shoot(Cells(0, 1)).IsMadeOf(markColor, markBackColor));
+    EXPECT_TRUE(Shoot(Cells(1, 1)).IsMadeOf(textColor, backColor));
+    EXPECT_EQ(Shoot(Cells(0, 2, columns)).CountAllBut(backColor), 0);
 }
 
-TEST_F(ViewPaintTest, AnOutlineIsClosedAndLeavesTheTextItsColours)
+TEST_F(ViewTest, AnOutlineIsClosedAndLeavesTheTextItsColours)
 {
     view->SetSelectionDrawStyle(SelectionDrawStyle::Outline);
     view->Append({L"0123456789", L"0123456789", L"0123456789"});
@@ -150,7 +125,7 @@ TEST_F(ViewPaintTest, AnOutlineIsClosedAndLeavesTheTextItsColours)
             const bool across =
                 (y == box.top || y == box.bottom) && x >= box.left && x <= box.right;
             const bool down = (x == box.left || x == box.right) && y >= box.top && y <= box.bottom;
-            const COLORREF expected = across || down ? MarkBackColor() : before.At(x, y);
+            const COLORREF expected = across || down ? markBackColor : before.At(x, y);
             different += after.At(x, y) != expected;
         }
     }
@@ -160,7 +135,7 @@ TEST_F(ViewPaintTest, AnOutlineIsClosedAndLeavesTheTextItsColours)
     EXPECT_TRUE(view->CanCopy());
 }
 
-TEST_F(ViewPaintTest, OnlyTheInvalidPartIsPainted)
+TEST_F(ViewTest, OnlyTheInvalidPartIsPainted)
 {
     view->Append(std::vector<std::wstring>(rows, std::wstring(columns, L'#')));
     Select(3, 3, 6, 6);
@@ -179,7 +154,7 @@ TEST_F(ViewPaintTest, OnlyTheInvalidPartIsPainted)
 
 // Repaints
 
-TEST_F(ViewPaintTest, ABurstOfOutputIsPaintedOnce)
+TEST_F(ViewTest, ABurstOfOutputIsPaintedOnce)
 {
     view->SetBufferSize(1000);
     view->AppendNumbered(0, 100);
