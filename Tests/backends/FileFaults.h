@@ -44,19 +44,13 @@ public:
 private:
     static bool IsFailing()
     {
-        if (reached && kind == Kind::EndsProcess) {
-            return SetError(ERROR_GEN_FAILURE);
+        const bool isItsTurn = untilFault > 0 && --untilFault == 0;
+        const bool isOver = reached && kind == Kind::EndsProcess;
+        reached = reached || isItsTurn;
+        if (isItsTurn || isOver) {
+            ::SetLastError(kind == Kind::EndsProcess ? ERROR_GEN_FAILURE : ERROR_DISK_FULL);
         }
-        if (untilFault == 0 || --untilFault > 0) {
-            return false;
-        }
-        reached = true;
-        return SetError(kind == Kind::EndsProcess ? ERROR_GEN_FAILURE : ERROR_DISK_FULL);
-    }
-    static bool SetError(DWORD code)
-    {
-        ::SetLastError(code);
-        return true;
+        return isItsTurn || isOver;
     }
 
     static HANDLE WINAPI Create(LPCWSTR path, DWORD access, DWORD sharing,
@@ -79,27 +73,11 @@ private:
         const BOOL done = systemCalls.WriteFile(file, bytes, size / 2, written, overlapped);
         return kind == Kind::WritesHalf ? done : FALSE;
     }
-    static BOOL WINAPI Flush(HANDLE file)
+    // Any other one.
+    template <auto call, class... Arguments>
+    static BOOL WINAPI Make(Arguments... arguments)
     {
-        return !IsFailing() && systemCalls.FlushFileBuffers(file);
-    }
-    static BOOL WINAPI Inform(HANDLE file, BY_HANDLE_FILE_INFORMATION* info)
-    {
-        return !IsFailing() && systemCalls.GetFileInformationByHandle(file, info);
-    }
-    static BOOL WINAPI Replace(LPCWSTR path, LPCWSTR from, LPCWSTR backup, DWORD flags, LPVOID,
-                               LPVOID)
-    {
-        return !IsFailing() &&
-               systemCalls.ReplaceFileW(path, from, backup, flags, nullptr, nullptr);
-    }
-    static BOOL WINAPI Move(LPCWSTR from, LPCWSTR path, DWORD flags)
-    {
-        return !IsFailing() && systemCalls.MoveFileExW(from, path, flags);
-    }
-    static BOOL WINAPI Delete(LPCWSTR path)
-    {
-        return !IsFailing() && systemCalls.DeleteFileW(path);
+        return !IsFailing() && (systemCalls.*call)(arguments...);
     }
     // Closing does not fail; but a process may end before it.
     static BOOL WINAPI Close(HANDLE file)
@@ -119,11 +97,15 @@ private:
     ImportHook hooks[8] = {
         {nullptr, "KERNEL32.dll", "CreateFileW", &Create},
         {nullptr, "KERNEL32.dll", "WriteFile", &Write},
-        {nullptr, "KERNEL32.dll", "FlushFileBuffers", &Flush},
-        {nullptr, "KERNEL32.dll", "GetFileInformationByHandle", &Inform},
-        {nullptr, "KERNEL32.dll", "ReplaceFileW", &Replace},
-        {nullptr, "KERNEL32.dll", "MoveFileExW", &Move},
-        {nullptr, "KERNEL32.dll", "DeleteFileW", &Delete},
         {nullptr, "KERNEL32.dll", "CloseHandle", &Close},
+        {nullptr, "KERNEL32.dll", "FlushFileBuffers",
+         &Make<&SystemCalls::FlushFileBuffers, HANDLE>},
+        {nullptr, "KERNEL32.dll", "GetFileInformationByHandle",
+         &Make<&SystemCalls::GetFileInformationByHandle, HANDLE, BY_HANDLE_FILE_INFORMATION*>},
+        {nullptr, "KERNEL32.dll", "ReplaceFileW",
+         &Make<&SystemCalls::ReplaceFileW, LPCWSTR, LPCWSTR, LPCWSTR, DWORD, LPVOID, LPVOID>},
+        {nullptr, "KERNEL32.dll", "MoveFileExW",
+         &Make<&SystemCalls::MoveFileExW, LPCWSTR, LPCWSTR, DWORD>},
+        {nullptr, "KERNEL32.dll", "DeleteFileW", &Make<&SystemCalls::DeleteFileW, LPCWSTR>},
     };
 };

@@ -110,7 +110,7 @@ TEST_F(FolderProfileTest, KeepsFilesOfNoSaneSizeAside)
     const std::vector<BYTE> many(9u << 20);
     EXPECT_TRUE(root.WriteBinary(L"Large", many.data(), static_cast<unsigned>(many.size())));
     EXPECT_FALSE(root.Flush());
-    EXPECT_EQ(root.GetLastResult().GetMessageId(), static_cast<unsigned>(ERROR_FILE_TOO_LARGE));
+    EXPECT_EQ(CodeOf(root), DWORD{ERROR_FILE_TOO_LARGE});
     EXPECT_TRUE(root.DeleteValue(L"Large"));
     EXPECT_TRUE(root.Flush());
 }
@@ -122,7 +122,7 @@ TEST_F(FolderProfileTest, DoesNotTouchAFileThatCannotBeOpened)
                                             nullptr, OPEN_EXISTING, 0, nullptr));
     const YProfileKey key(root, L"Key");
     EXPECT_FALSE(key.IsOpen());
-    EXPECT_EQ(key.GetLastResult().GetMessageId(), static_cast<unsigned>(ERROR_SHARING_VIOLATION));
+    EXPECT_EQ(CodeOf(key), DWORD{ERROR_SHARING_VIOLATION});
     EXPECT_TRUE(reports.empty());
     EXPECT_EQ(folder.GetFiles(), Files{L"Key.ini"});
 }

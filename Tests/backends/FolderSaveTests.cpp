@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -95,8 +94,7 @@ TEST_P(FolderSaveTest, TellsOfEveryFailedCallAndSavesLater)
             faults.Stop();
             if (!isSaved) {
                 ++failures;
-                EXPECT_EQ(key.GetLastResult().GetMessageId(),
-                          static_cast<unsigned>(ERROR_DISK_FULL));
+                EXPECT_EQ(CodeOf(key), DWORD{ERROR_DISK_FULL});
             }
             EXPECT_EQ(Load(), isSaved ? 2 : GetOldValue());
             EXPECT_EQ(folder.GetFiles().size(), isSaved || GetParam() ? 1u : 0u);
@@ -122,19 +120,9 @@ protected:
                                    FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
     }
 
-    ScratchFolder folder;
-    FolderProfileFactory factory{folder.GetPath(), {}};
-    YProfileKey key{nullptr};
-    static inline UniqueSafeFile holder{INVALID_HANDLE_VALUE};  // as a virus scanner does
-    static inline int refusals = 0;
-};
-
-class ReleasedFileTest : public HeldFileTest
-{
-public:
-    static HANDLE WINAPI Open(LPCWSTR path, DWORD access, DWORD sharing,
-                              SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
-                              HANDLE pattern)
+    static HANDLE WINAPI ReleaseAtThirdRefusal(LPCWSTR path, DWORD access, DWORD sharing,
+                                               SECURITY_ATTRIBUTES* security, DWORD disposition,
+                                               DWORD flags, HANDLE pattern)
     {
         const HANDLE file =
             systemCalls.CreateFileW(path, access, sharing, security, disposition, flags, pattern);
@@ -143,12 +131,18 @@ public:
         }
         return file;
     }
+
+    ScratchFolder folder;
+    FolderProfileFactory factory{folder.GetPath(), {}};
+    YProfileKey key{nullptr};
+    static inline UniqueSafeFile holder{INVALID_HANDLE_VALUE};  // as a virus scanner does
+    static inline int refusals = 0;
 };
 
-TEST_F(ReleasedFileTest, SavesWhenAnotherProgramLetsGoOfTheFile)
+TEST_F(HeldFileTest, SavesWhenAnotherProgramLetsGoOfTheFile)
 {
     refusals = 0;
-    const ImportHook hook(nullptr, "KERNEL32.dll", "CreateFileW", &Open);
+    const ImportHook hook(nullptr, "KERNEL32.dll", "CreateFileW", &ReleaseAtThirdRefusal);
     EXPECT_TRUE(key.Flush());
     EXPECT_EQ(refusals, 3);
     EXPECT_NE(folder.Read(L"Key.ini").find("Value=dword:00000002"), std::string::npos);
@@ -161,22 +155,14 @@ TEST_F(HeldFileTest, GivesUpInTimeWhereAnotherProgramKeepsTheFile)
     const ULONGLONG waited = ::GetTickCount64() - start;
     EXPECT_GE(waited, patienceMilliseconds);
     EXPECT_LT(waited, patienceMilliseconds + 1500);
-    EXPECT_NE(key.GetLastResult().GetMessageId(), 0u);
+    EXPECT_NE(CodeOf(key), 0u);
     EXPECT_EQ(folder.Read(L"Key.ini"), "Value=dword:1\n");
     EXPECT_EQ(folder.GetFiles(), Files{L"Key.ini"});
     holder.Reset();
     EXPECT_TRUE(key.Flush());
 }
 
-struct ProcessHandleTraits
-{
-    using Handle = HANDLE;
-    static Handle Invalid() noexcept { return nullptr; }
-    static void Close(Handle process) noexcept { ::CloseHandle(process); }
-};
-using UniqueProcess = YUniqueHandle<ProcessHandleTraits>;
-
-UniqueProcess StartWriter(const std::wstring& arguments)
+YUniqueKernelHandle StartWriter(const std::wstring& arguments)
 {
     wchar_t program[MAX_PATH];
     ::GetModuleFileNameW(nullptr, program, MAX_PATH);
@@ -186,14 +172,13 @@ UniqueProcess StartWriter(const std::wstring& arguments)
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process{};
-    if (::CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                         &startup, &process)) {
-        ::CloseHandle(process.hThread);
-    }
-    return UniqueProcess(process.hProcess);
+    ::CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                     &startup, &process);
+    const YUniqueKernelHandle thread(process.hThread);
+    return YUniqueKernelHandle(process.hProcess);
 }
 
-DWORD WaitForStatus(const UniqueProcess& process)
+DWORD WaitForStatus(const YUniqueKernelHandle& process)
 {
     constexpr DWORD limit = 60'000;  // milliseconds
     DWORD status = STILL_ACTIVE;
@@ -206,8 +191,8 @@ DWORD WaitForStatus(const UniqueProcess& process)
 TEST(FolderSaveProcess, TwoProcessesThatSaveAtOnceLoseNothing)
 {
     const ScratchFolder folder;
-    const UniqueProcess first = StartWriter(folder.GetPath() + L" a 50");
-    const UniqueProcess second = StartWriter(folder.GetPath() + L" b 50");
+    const YUniqueKernelHandle first = StartWriter(folder.GetPath() + L" a 50");
+    const YUniqueKernelHandle second = StartWriter(folder.GetPath() + L" b 50");
     EXPECT_EQ(WaitForStatus(first), 0u);
     EXPECT_EQ(WaitForStatus(second), 0u);
     FolderProfileFactory factory(folder.GetPath(), {});

@@ -23,6 +23,11 @@ inline YProfileKey OpenRoot(YProfileStoreFactory& factory)
     return YProfileKey(YUnknownPointer<IProfileKey>::Adopt(root).Get());
 }
 
+inline DWORD CodeOf(const YProfileKey& key)
+{
+    return key.GetLastResult().GetMessageId();
+}
+
 // 0: there is none.
 inline DWORD ReadNumber(const YProfileKey& key, const wchar_t* name)
 {

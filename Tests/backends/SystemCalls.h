@@ -12,7 +12,7 @@ Function* FindSystemCall(Function*, const char* name)
     return reinterpret_cast<Function*>(address);
 }
 
-inline const struct
+struct SystemCalls
 {
 #define SYSTEM_CALL(name) decltype(&::name) name = FindSystemCall(&::name, #name)
     SYSTEM_CALL(CreateFileW);
@@ -24,4 +24,6 @@ inline const struct
     SYSTEM_CALL(DeleteFileW);
     SYSTEM_CALL(CloseHandle);
 #undef SYSTEM_CALL
-} systemCalls;
+};
+
+inline const SystemCalls systemCalls;

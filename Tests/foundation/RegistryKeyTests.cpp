@@ -2,7 +2,6 @@
 #include "YRegistryKey.h"
 #include "YSecurityDescriptor.h"
 
-#include "support/CaseName.h"
 #include "support/ImportHook.h"
 
 #include <gtest/gtest.h>
@@ -136,91 +135,89 @@ TEST_F(YRegistryKeyTest, ReadsBackWhatItWrote)
     EXPECT_TRUE(key.ReadBinary(L"data", data) && std::string(data.begin(), data.end()) == "a\0b"s);
     EXPECT_TRUE(key.ReadMultiString(L"list", list) && list == Strings({L"one", L"two"}));
 
-    DWORD type = 0;
-    wchar_t raw[16];
-    DWORD size = sizeof(raw);
-    ::RegGetValueW(HKEY_CURRENT_USER, path, L"list", RRF_RT_ANY, &type, raw, &size);
-    EXPECT_TRUE(type == REG_MULTI_SZ &&
-                std::wstring(raw, size / 2) == std::wstring(L"one\0two\0", 9));
-    size = sizeof(raw);
-    ::RegGetValueW(HKEY_CURRENT_USER, path, L"text", RRF_RT_ANY, &type, raw, &size);
-    EXPECT_TRUE(type == REG_SZ && size == 12);
+    const auto stored = [](const wchar_t* name, DWORD type) {
+        wchar_t raw[16] = {};
+        DWORD size = sizeof(raw);
+        ::RegGetValueW(HKEY_CURRENT_USER, path, name, type, nullptr, raw, &size);
+        return std::wstring(raw, size / 2);
+    };
+    EXPECT_EQ(stored(L"list", RRF_RT_REG_MULTI_SZ), std::wstring(L"one\0two\0", 9));
+    EXPECT_EQ(stored(L"text", RRF_RT_REG_SZ), std::wstring(L"w\u00F6rld", 6));
 
     EXPECT_TRUE(key.DeleteValue(L"text"));
     EXPECT_FALSE(key.ReadString(L"text", text) || key.DeleteValue(L"text"));
     EXPECT_EQ(ResultOf(key), DWORD{ERROR_FILE_NOT_FOUND});
 }
 
-struct ForeignCase
-{
-    const char* name;
-    DWORD type;
-    std::string bytes;
-    std::wstring read;  // by which reader, and as what
-};
-class YRegistryKeyForeign : public YRegistryKeyTest, public testing::WithParamInterface<ForeignCase>
-{
-protected:
-    // A reader that fails says so and leaves its output alone.
-    template <class Output>
-    void Read(const wchar_t* reader, Output output,
-              bool (YRegistryKey::*read)(const wchar_t*, Output&))
-    {
-        const Output before = output;
-        const bool isRead = (key.*read)(L"v", output);
-        EXPECT_EQ(ResultOf(key), DWORD(isRead ? ERROR_SUCCESS : ERROR_DATATYPE_MISMATCH));
-        if (isRead) {
-            found += reader + Describe(output);
-        } else {
-            EXPECT_TRUE(output == before);
-        }
-    }
-    static std::wstring Describe(const YUnicodeString& text) { return L" "s + text.c_str(); }
-    static std::wstring Describe(DWORD number) { return L" " + std::to_wstring(number); }
-    template <class Item>
-    static std::wstring Describe(const std::vector<Item>& items)
-    {
-        std::wstring all;
-        for (const Item& item : items) {
-            all += Describe(item);
-        }
-        return all;
-    }
+namespace {
 
-    std::wstring found;
-};
-
-TEST_P(YRegistryKeyForeign, ValueIsReadAsItIsOrNotAtAll)
+std::wstring Describe(const YUnicodeString& text)
 {
-    const PlayedValue played(GetParam().type, GetParam().bytes);
-    Read<YUnicodeString>(L"text", L"before", &YRegistryKey::ReadString);
-    Read<Strings>(L"list", {L"before"}, &YRegistryKey::ReadMultiString);
-    Read<std::vector<BYTE>>(L"data", {7}, &YRegistryKey::ReadBinary);
-    Read<DWORD>(L"number", 77, &YRegistryKey::ReadDWORD);
-    EXPECT_EQ(found, GetParam().read);
+    return L" "s + text.c_str();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Values, YRegistryKeyForeign,
-    testing::Values(ForeignCase{"Endless", REG_SZ, "a\0b\0"s, L"text ab"},
-                    ForeignCase{"OneByteOnly", REG_SZ, "a"s, L"text "},
-                    ForeignCase{"HalfCharacter", REG_SZ, "a\0b"s, L"text a"},
-                    ForeignCase{"EmbeddedNul", REG_SZ, "a\0\0\0b\0\0\0"s, L"text a"},
-                    ForeignCase{"Empty", REG_EXPAND_SZ, ""s, L"text "},
-                    ForeignCase{"List", REG_MULTI_SZ, "a\0\0\0b\0\0\0\0\0"s, L"list a b"},
-                    ForeignCase{"EndlessList", REG_MULTI_SZ, "a\0\0\0b\0"s, L"list a b"},
-                    ForeignCase{"OneEnd", REG_MULTI_SZ, "a\0\0\0"s, L"list a"},
-                    ForeignCase{"EmptyStrings", REG_MULTI_SZ, "\0\0a\0\0\0\0\0b\0\0\0\0\0\0\0"s,
-                                L"list a b"},
-                    ForeignCase{"HalfString", REG_MULTI_SZ, "a\0\0\0b"s, L"list a"},
-                    ForeignCase{"NoList", REG_MULTI_SZ, ""s, L"list"},
-                    ForeignCase{"Block", REG_BINARY, "\1\0\0\2"s, L"data 1 0 0 2"},
-                    ForeignCase{"EmptyBlock", REG_BINARY, ""s, L"data"},
-                    ForeignCase{"Number", REG_DWORD, "\2\1\0\0"s, L"number 258"},
-                    ForeignCase{"ShortNumber", REG_DWORD, "\4\3\2"s, L""},
-                    ForeignCase{"LongNumber", REG_DWORD, "\4\3\2\1\0"s, L""},
-                    ForeignCase{"BigEndian", REG_DWORD_BIG_ENDIAN, "\4\3\2\1"s, L""}),
-    CaseName());
+std::wstring Describe(DWORD number)
+{
+    return L" " + std::to_wstring(number);
+}
+
+template <class Item>
+std::wstring Describe(const std::vector<Item>& items)
+{
+    std::wstring all;
+    for (const Item& item : items) {
+        all += Describe(item);
+    }
+    return all;
+}
+
+// Empty when the reader fails: then it says so and leaves its output alone.
+template <class Output>
+std::wstring Read(YRegistryKey& key, const wchar_t* reader, Output output,
+                  bool (YRegistryKey::*read)(const wchar_t*, Output&))
+{
+    const Output before = output;
+    const bool isRead = (key.*read)(L"v", output);
+    EXPECT_EQ(ResultOf(key), DWORD(isRead ? ERROR_SUCCESS : ERROR_DATATYPE_MISMATCH));
+    EXPECT_TRUE(isRead || output == before);
+    return isRead ? reader + Describe(output) : L"";
+}
+
+}  // namespace
+
+TEST_F(YRegistryKeyTest, ForeignValueIsReadAsItIsOrNotAtAll)
+{
+    const struct
+    {
+        DWORD type;
+        std::string bytes;
+        const wchar_t* read;  // by which reader, and as what
+    } cases[] = {{REG_SZ, "a\0b\0"s, L"text ab"},
+                 {REG_SZ, "a"s, L"text "},
+                 {REG_SZ, "a\0b"s, L"text a"},
+                 {REG_SZ, "a\0\0\0b\0\0\0"s, L"text a"},
+                 {REG_EXPAND_SZ, ""s, L"text "},
+                 {REG_MULTI_SZ, "a\0\0\0b\0"s, L"list a b"},
+                 {REG_MULTI_SZ, "a\0\0\0"s, L"list a"},
+                 {REG_MULTI_SZ, "\0\0a\0\0\0\0\0b\0\0\0\0\0\0\0"s, L"list a b"},
+                 {REG_MULTI_SZ, "a\0\0\0b"s, L"list a"},
+                 {REG_MULTI_SZ, ""s, L"list"},
+                 {REG_BINARY, "\1\0\0\2"s, L"data 1 0 0 2"},
+                 {REG_BINARY, ""s, L"data"},
+                 {REG_DWORD, "\2\1\0\0"s, L"number 258"},
+                 {REG_DWORD, "\4\3\2"s, L""},
+                 {REG_DWORD, "\4\3\2\1\0"s, L""},
+                 {REG_DWORD_BIG_ENDIAN, "\4\3\2\1"s, L""}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c.type) + testing::PrintToString(c.bytes));
+        const PlayedValue played(c.type, c.bytes);
+        EXPECT_EQ(Read<YUnicodeString>(key, L"text", L"before", &YRegistryKey::ReadString) +
+                      Read<Strings>(key, L"list", {L"before"}, &YRegistryKey::ReadMultiString) +
+                      Read<std::vector<BYTE>>(key, L"data", {7}, &YRegistryKey::ReadBinary) +
+                      Read<DWORD>(key, L"number", 77, &YRegistryKey::ReadDWORD),
+                  c.read);
+    }
+}
 
 TEST_F(YRegistryKeyTest, ExpandsOnlyWhatAsksForIt)
 {

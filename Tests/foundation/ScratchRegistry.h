@@ -3,19 +3,16 @@
 
 #include <windows.h>
 
-#include <cwchar>
 #include <string>
-#include <vector>
 
 // While it lives, HKEY_LOCAL_MACHINE and HKEY_CURRENT_USER of this process are two empty keys below
-// Software\CommonUiTests\<process>, so that nothing of the user's is seen or touched. What a test
-// program that died left there goes as well; programs that run at the same time are left alone.
+// Software\CommonUiTests\<process>, so that nothing of the user's is seen or touched.
 class ScratchRegistry
 {
 public:
     ScratchRegistry() : path(tests + L"\\" + std::to_wstring(::GetCurrentProcessId()))
     {
-        RemoveLeftOvers();
+        ::RegDeleteTreeW(HKEY_CURRENT_USER, path.c_str());  // of one that died with this number
         Redirect(HKEY_LOCAL_MACHINE, L"\\Machine");
         Redirect(HKEY_CURRENT_USER, L"\\User");  // last: the other lies below it
     }
@@ -61,26 +58,6 @@ private:
         const HKEY key = Create(HKEY_CURRENT_USER, path + name);
         ::RegOverridePredefKey(root, key);
         ::RegCloseKey(key);
-    }
-    static bool IsRunning(DWORD process)
-    {
-        const HANDLE handle = ::OpenProcess(SYNCHRONIZE, FALSE, process);
-        return handle && ::CloseHandle(handle) && process != ::GetCurrentProcessId();
-    }
-    static void RemoveLeftOvers()
-    {
-        const HKEY all = Create(HKEY_CURRENT_USER, tests);
-        std::vector<std::wstring> names;
-        wchar_t name[256];
-        while (::RegEnumKeyW(all, static_cast<DWORD>(names.size()), name, 256) == ERROR_SUCCESS) {
-            names.emplace_back(name);
-        }
-        for (const std::wstring& left : names) {
-            if (!IsRunning(std::wcstoul(left.c_str(), nullptr, 10))) {
-                ::RegDeleteTreeW(all, left.c_str());
-            }
-        }
-        ::RegCloseKey(all);
     }
 
     std::wstring path;

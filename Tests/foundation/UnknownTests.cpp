@@ -13,7 +13,6 @@ class Object : public YUnknown<>
 {
 public:
     explicit Object(int& liveObjects) : live(liveObjects) { ++live; }
-    Object(const Object& other) : YUnknown(other), live(other.live) { ++live; }
     ~Object() override { --live; }
 
 private:
@@ -23,20 +22,6 @@ private:
 using Pointer = YUnknownPointer<Object>;
 
 }  // namespace
-
-TEST(YUnknown, CountsFromOneAndDeletesItselfAtNone)
-{
-    int live = 0;
-    auto* const object = new Object(live);
-    EXPECT_EQ(object->AddRef(), 2u);
-    const Object* const constant = object;
-    EXPECT_EQ(constant->AddRef(), 3u);
-    EXPECT_EQ(constant->Release(), 2u);
-    EXPECT_EQ(static_cast<IUnknown*>(object)->Release(), 1u);
-    EXPECT_EQ(live, 1);
-    EXPECT_EQ(constant->Release(), 0u);
-    EXPECT_EQ(live, 0);
-}
 
 TEST(YUnknown, CountsAcrossThreads)
 {

@@ -10,15 +10,13 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
 {
     const unsigned char* const end = data + size;
     const auto take = [&] { return data < end ? *data++ : 0u; };
-    PacketPair pair([&](unsigned count) {
+    const auto choose = [&](unsigned count) {
         const unsigned first = take();
         return (count > 256 ? first << 8 | take() : first) % count;
-    });
-    while (data < end) {
-        if (!pair.Step()) {
-            std::fprintf(stderr, "%s: packet and model differ\n", pair.GetLastStep());
-            std::abort();
-        }
+    };
+    if (const char* fault = FindPacketFault(choose, [&] { return data < end; })) {
+        std::fprintf(stderr, "%s: packet and model differ\n", fault);
+        std::abort();
     }
     return 0;
 }

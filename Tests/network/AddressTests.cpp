@@ -4,14 +4,14 @@
 #include "YAddressIPv4.h"
 #include "YAddressIPv6.h"
 #include "YUnknownPointer.h"
-#include "support/CaseName.h"
 #include "support/ImportHook.h"
-#include "support/LeakCheck.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <string>
+#include <tuple>
+#include <utility>
 
 namespace {
 
@@ -46,38 +46,21 @@ Address FromSockAddr(const Record& record, int length = sizeof(Record))
         MakeAddressFromSockAddr(reinterpret_cast<const sockaddr*>(&record), length));
 }
 
-struct NumericCase
+TEST(MakeNumericAddress, TakesAddressesOnly)
 {
-    const char* name;
-    const char* host;
-    const wchar_t* text;  // with port 22
-};
-class MakeNumericAddressTest : public testing::TestWithParam<NumericCase>
-{};
-
-TEST_P(MakeNumericAddressTest, TakesAddressesOnly)
-{
-    EXPECT_EQ(TextOf(Numeric(GetParam().host, 22)), GetParam().text);
+    constexpr std::pair<const char*, const wchar_t*> addresses[] = {
+        {"127.0.0.1", L"127.0.0.1:22"},
+        {"255.255.255.255", L"255.255.255.255:22"},
+        {"2001:DB8:0:0::5", L"[2001:db8::5]:22"},
+        {"::ffff:192.0.2.5", L"[::ffff:192.0.2.5]:22"}};
+    for (const auto& [host, text] : addresses) {
+        EXPECT_EQ(TextOf(Numeric(host, 22)), text);
+    }
+    for (const char* host : {"127.1", "1.2.3.4.5", "10.0.0.1x", "10.0.0.1 ", "1.2.3.", "1.2.3.4.",
+                             "127.0.0.0x1", "1.2.3.256", "localhost", ".", "1::2::3"}) {
+        EXPECT_EQ(TextOf(Numeric(host, 22)), L"none") << host;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Hosts, MakeNumericAddressTest,
-    testing::Values(NumericCase{"Quad", "127.0.0.1", L"127.0.0.1:22"},
-                    NumericCase{"Largest", "255.255.255.255", L"255.255.255.255:22"},
-                    NumericCase{"TwoParts", "127.1", L"none"},
-                    NumericCase{"FiveParts", "1.2.3.4.5", L"none"},
-                    NumericCase{"Trailing", "10.0.0.1x", L"none"},
-                    NumericCase{"TrailingSpace", "10.0.0.1 ", L"none"},
-                    NumericCase{"EndsInDot", "1.2.3.", L"none"},
-                    NumericCase{"FullyQualified", "1.2.3.4.", L"none"},
-                    NumericCase{"LastPartInHex", "127.0.0.0x1", L"none"},
-                    NumericCase{"TooLarge", "1.2.3.256", L"none"},
-                    NumericCase{"Name", "localhost", L"none"}, NumericCase{"Dot", ".", L"none"},
-                    NumericCase{"IPv6", "::1", L"[::1]:22"},
-                    NumericCase{"Shortened", "2001:DB8:0:0::5", L"[2001:db8::5]:22"},
-                    NumericCase{"Mapped", "::ffff:192.0.2.5", L"[::ffff:192.0.2.5]:22"},
-                    NumericCase{"TwoGaps", "1::2::3", L"none"}),
-    CaseName());
 
 TEST(MakeNumericAddress, EmptyTextIsTheWildcard)
 {
@@ -138,86 +121,66 @@ TEST(MakeAddressFromSockAddr, WantsAWholeRecord)
     EXPECT_EQ(MakeAddressFromSockAddr(nullptr, sizeof whole), nullptr);
 }
 
-struct ComparisonCase
+TEST(Address, ComparesTheSameFromBothSides)
 {
-    const char* name;
-    const char* left;
-    unsigned short leftPort;
-    const char* right;
-    unsigned short rightPort;
-    unsigned prefixBits;
-    bool inSubnet;
-    bool equal;
-};
-class AddressComparison : public testing::TestWithParam<ComparisonCase>
-{};
-
-TEST_P(AddressComparison, IsTheSameFromBothSides)
-{
-    const ComparisonCase& c = GetParam();
-    const Address left = Numeric(c.left, c.leftPort);
-    const Address right = Numeric(c.right, c.rightPort);
-    EXPECT_EQ(left->IsInSubnet(right.Get(), c.prefixBits), c.inSubnet);
-    EXPECT_EQ(right->IsInSubnet(left.Get(), c.prefixBits), c.inSubnet);
-    EXPECT_EQ(left->Equals(right.Get()), c.equal);
-    EXPECT_EQ(right->Equals(left.Get()), c.equal);
+    const struct
+    {
+        const char* left;
+        unsigned short leftPort;
+        const char* right;
+        unsigned short rightPort;
+        unsigned prefixBits;
+        bool inSubnet, equal;
+    } cases[] = {{"10.0.0.1", 0, "10.0.0.1", 22, 32, true, true},
+                 {"10.0.0.1", 23, "10.0.0.1", 22, 0, false, false},
+                 {"10.0.0.1", 0, "10.0.1.1", 0, 24, false, false},
+                 {"10.0.0.1", 0, "10.0.1.1", 0, 23, true, false},
+                 {"10.0.0.1", 0, "10.0.2.1", 0, 23, false, false},
+                 {"10.0.0.1", 0, "10.0.0.2", 0, 40, false, false},
+                 {"192.0.2.5", 0, "::ffff:192.0.2.5", 0, 0, false, false},
+                 {"2001:db8::1", 0, "2001:db9::1", 0, 31, true, false},
+                 {"2001:db8::1", 0, "2001:db9::1", 0, 32, false, false},
+                 {"::1", 1, "::2", 0, 200, false, false},
+                 {"fe80::1%3", 0, "fe80::1%4", 0, 10, false, false},
+                 {"fe80::1%3", 0, "fe80::1", 0, 10, true, true}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.left) + " " + c.right);
+        const Address left = Numeric(c.left, c.leftPort);
+        const Address right = Numeric(c.right, c.rightPort);
+        EXPECT_EQ(left->IsInSubnet(right.Get(), c.prefixBits), c.inSubnet);
+        EXPECT_EQ(right->IsInSubnet(left.Get(), c.prefixBits), c.inSubnet);
+        EXPECT_EQ(left->Equals(right.Get()), c.equal);
+        EXPECT_EQ(right->Equals(left.Get()), c.equal);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Pairs, AddressComparison,
-    testing::Values(
-        ComparisonCase{"OneWithoutPort", "10.0.0.1", 0, "10.0.0.1", 22, 32, true, true},
-        ComparisonCase{"TwoPorts", "10.0.0.1", 23, "10.0.0.1", 22, 0, false, false},
-        ComparisonCase{"LastBitThatCounts", "10.0.0.1", 0, "10.0.1.1", 0, 24, false, false},
-        ComparisonCase{"FirstBitThatDoesNot", "10.0.0.1", 0, "10.0.1.1", 0, 23, true, false},
-        ComparisonCase{"PastTheEnd", "10.0.0.1", 0, "10.0.0.2", 0, 40, false, false},
-        ComparisonCase{"TwoKinds", "192.0.2.5", 0, "::ffff:192.0.2.5", 0, 0, false, false},
-        ComparisonCase{"IPv6Prefix", "2001:db8::1", 0, "2001:db9::1", 0, 31, true, false},
-        ComparisonCase{"IPv6Beyond", "2001:db8::1", 0, "2001:db9::1", 0, 32, false, false},
-        ComparisonCase{"IPv6PastTheEnd", "::1", 1, "::2", 0, 200, false, false},
-        ComparisonCase{"TwoScopes", "fe80::1%3", 0, "fe80::1%4", 0, 10, false, false},
-        ComparisonCase{"OneWithoutScope", "fe80::1%3", 0, "fe80::1", 0, 10, true, true}),
-    CaseName());
-
-struct OrderCase
+TEST(Address, IncrementIsLargerByOne)
 {
-    const char* name;
-    const char* from;
-    bool counted;
-    const wchar_t* next;
-};
-class AddressOrder : public testing::TestWithParam<OrderCase>
-{};
-
-TEST_P(AddressOrder, IncrementIsLargerByOne)
-{
-    const OrderCase& c = GetParam();
-    const Address before = Numeric(c.from, 7);
-    const Address after = Numeric(c.from, 7);
-    EXPECT_EQ(after->Increment(), c.counted);
-    EXPECT_EQ(TextOf(after, false), c.next);
-    EXPECT_EQ(after->GetPort(), 7);
-    EXPECT_EQ(before->LessThan(after.Get()), c.counted);
-    EXPECT_FALSE(after->LessThan(after.Get()));
+    const struct
+    {
+        const char* from;
+        bool counted;
+        const wchar_t* next;
+    } cases[] = {{"10.0.255.255", true, L"10.1.0.0"},
+                 {"255.255.255.255", false, L"255.255.255.255"},
+                 {"2001:db8::ffff", true, L"2001:db8::1:0"},
+                 {"feff:ffff:ffff:ffff:ffff:ffff:ffff:ffff", true, L"ff00::"},
+                 {"ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff", false, L"ff00::"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.from);
+        const Address before = Numeric(c.from, 7);
+        const Address after = Numeric(c.from, 7);
+        EXPECT_EQ(after->Increment(), c.counted);
+        EXPECT_EQ(TextOf(after, false), c.next);
+        EXPECT_EQ(after->GetPort(), 7);
+        EXPECT_EQ(before->LessThan(after.Get()), c.counted);
+        EXPECT_FALSE(after->LessThan(after.Get()));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Steps, AddressOrder,
-    testing::Values(OrderCase{"Carry", "10.0.255.255", true, L"10.1.0.0"},
-                    OrderCase{"Last", "255.255.255.255", false, L"255.255.255.255"},
-                    OrderCase{"IPv6", "2001:db8::ffff", true, L"2001:db8::1:0"},
-                    OrderCase{"IPv6FirstByte",
-                              "fe"
-                              "ff:ffff:ffff:ffff:ffff:ffff:ffff:ffff",
-                              true, L"ff00::"},
-                    OrderCase{"IncrementPastTheEnd", "ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff",
-                              false, L"ff00::"}),
-    CaseName());
 
 TEST(Address, FailedSetLeavesItInvalidAndSilent)
 {
-    const YUnknownPointer<IInternetAddress> kinds[] = {Numeric("192.0.2.5", 22),
-                                                       Numeric("2001:db8::5", 22)};
+    const Address kinds[] = {Numeric("192.0.2.5", 22), Numeric("2001:db8::5", 22)};
     for (const Address& address : kinds) {
         const Address same = Numeric("192.0.2.5");
         EXPECT_FALSE(address->SetFromText("no address", 1));
@@ -243,45 +206,35 @@ TEST(Address, FailedSetLeavesItInvalidAndSilent)
     EXPECT_EQ(TextOf(kinds[1], false), L"3031:3233:3435:3637:3839:6162:6364:6566");
 }
 
-// Both forms of one text.
-struct TextCase
+TEST(Address, TextIsReadAlikeInBothForms)
 {
-    const char* name;
-    int family;
-    const char* text;
-    const wchar_t* wide;
-    const wchar_t* written;  // with port 65535
-};
-class AddressText : public testing::TestWithParam<TextCase>
-{};
-
-TEST_P(AddressText, IsReadAlikeInBothForms)
-{
-    const auto narrow = Address::Adopt(MakeAddress(GetParam().family));
-    const auto wide = Address::Adopt(MakeAddress(GetParam().family));
-    const bool isAddress = *GetParam().written != L'\0';
-    EXPECT_EQ(narrow->SetFromText(GetParam().text, 65535), isAddress);
-    EXPECT_EQ(wide->SetFromText(GetParam().wide, 65535), isAddress);
-    EXPECT_EQ(TextOf(narrow), GetParam().written);
-    EXPECT_EQ(TextOf(wide), GetParam().written);
+    const struct
+    {
+        int family;
+        const char* text;
+        const wchar_t* wide;
+        const wchar_t* written;
+    } cases[] = {{AF_INET, "192.0.2.5", L"192.0.2.5", L"192.0.2.5:65535"},
+                 {AF_INET6, "::FFFF:1.2.3.4", L"::FFFF:1.2.3.4", L"[::ffff:1.2.3.4]:65535"},
+                 {AF_INET, "::1", L"::1", L""},
+                 {AF_INET6, "127.0.0.1", L"127.0.0.1", L""},
+                 {AF_INET, "127.1", L"127.1", L""},
+                 {AF_INET, "", L"", L""},
+                 {AF_INET6, "", L"", L""},
+                 {AF_INET6, nullptr, nullptr, L""},
+                 // U+0131 must not lose its upper byte: it would be a "1".
+                 {AF_INET, "127.0.0.\xB1", L"127.0.0.\u0131", L""}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text ? c.text : "null");
+        const auto narrow = Address::Adopt(MakeAddress(c.family));
+        const auto wide = Address::Adopt(MakeAddress(c.family));
+        const bool isAddress = *c.written != L'\0';
+        EXPECT_EQ(narrow->SetFromText(c.text, 65535), isAddress);
+        EXPECT_EQ(wide->SetFromText(c.wide, 65535), isAddress);
+        EXPECT_EQ(TextOf(narrow), c.written);
+        EXPECT_EQ(TextOf(wide), c.written);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Texts, AddressText,
-    testing::Values(TextCase{"IPv4", AF_INET, "192.0.2.5", L"192.0.2.5", L"192.0.2.5:65535"},
-                    TextCase{"IPv6", AF_INET6, "2001:db8::5", L"2001:db8::5",
-                             L"[2001:db8::5]:65535"},
-                    TextCase{"Mapped", AF_INET6, "::FFFF:1.2.3.4", L"::FFFF:1.2.3.4",
-                             L"[::ffff:1.2.3.4]:65535"},
-                    TextCase{"OtherKind4", AF_INET, "::1", L"::1", L""},
-                    TextCase{"OtherKind6", AF_INET6, "127.0.0.1", L"127.0.0.1", L""},
-                    TextCase{"Short", AF_INET, "127.1", L"127.1", L""},
-                    TextCase{"Empty4", AF_INET, "", L"", L""},
-                    TextCase{"Empty6", AF_INET6, "", L"", L""},
-                    TextCase{"Null", AF_INET6, nullptr, nullptr, L""},
-                    // U+0131 and the like must not lose their upper byte: U+0131 would be a "1".
-                    TextCase{"NotAscii", AF_INET, "127.0.0.\xB1", L"127.0.0.ı", L""}),
-    CaseName());
 
 TEST(Address, LoopbackIsOneBlockOrOneAddress)
 {
@@ -325,7 +278,6 @@ int WSAAPI RefuseLookUp(const char*, const char*, const addrinfo*, addrinfo**)
 
 TEST(Address, FailingSystemGivesNoAddressAndNoText)
 {
-    const LeakCheck leaks;
     const Address address = Numeric("::1", 22);
     const ImportHook names(L"CommonUi.dll", "ws2_32.dll", "GetNameInfoW", &RefuseName);
     const ImportHook lookUps(L"CommonUi.dll", "ws2_32.dll", "getaddrinfo", &RefuseLookUp);

@@ -5,7 +5,6 @@
 #include "YUnknownPointer.h"
 #include "support/ImportHook.h"
 #include "support/Input.h"
-#include "support/LeakCheck.h"
 
 #include <gtest/gtest.h>
 
@@ -51,27 +50,23 @@ Dispatcher MakeMessageDispatcher()
 class PostHook
 {
 public:
-    explicit PostHook(bool isPossible) : works(isPossible)
+    explicit PostHook(bool isPossible)
     {
+        works = isPossible;
         posts = 0;
-        current = this;
     }
 
-    static inline int posts = 0;
+    static inline int posts;
 
 private:
     static BOOL WINAPI Post(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     {
         ++posts;
-        if (!current->works) {
-            ::SetLastError(ERROR_NOT_ENOUGH_QUOTA);
-        }
-        return current->works &&
-               current->hook.Original<decltype(::PostMessageW)>()(window, message, wParam, lParam);
+        ::SetLastError(works ? ERROR_SUCCESS : ERROR_NOT_ENOUGH_QUOTA);
+        return works && ::PostMessageW(window, message, wParam, lParam);
     }
 
-    static inline PostHook* current = nullptr;
-    bool works;
+    static inline bool works;
     const ImportHook hook{L"CommonUi.dll", "user32.dll", "PostMessageW", &Post};
 };
 
@@ -196,16 +191,20 @@ TEST_F(DispatchTest, FailedPostLosesNothing)
     EXPECT_EQ(order, (std::vector<unsigned>{1, 2, 3}));
 }
 
-TEST_F(DispatchTest, WithoutAWindowTheFactoryTellsWhy)
+TEST_F(DispatchTest, WithoutAWindowFactoryAndThreadTellWhy)
 {
-    const LeakCheck leaks;
     const ImportHook hook(L"CommonUi.dll", "user32.dll", "CreateWindowExW", &RefuseWindow);
-    IReportMessageParams* reason = nullptr;
-    EXPECT_EQ(CreateYMsgDeferredProcedureDispatcher(&reason), nullptr);
-    ASSERT_NE(reason, nullptr);
-    EXPECT_EQ(reason->GetMessageId(), DWORD{ERROR_NOT_ENOUGH_MEMORY});
-    EXPECT_EQ(reason->Release(), 0u);
+    const auto thread = YUnknownPointer<YMfcThread>::Make();
+    for (const bool isThread : {false, true}) {
+        IReportMessageParams* reason = nullptr;
+        EXPECT_FALSE(isThread ? thread->Start(&reason)
+                              : CreateYMsgDeferredProcedureDispatcher(&reason) != nullptr);
+        ASSERT_NE(reason, nullptr);
+        EXPECT_EQ(reason->GetMessageId(), DWORD{ERROR_NOT_ENOUGH_MEMORY});
+        EXPECT_EQ(reason->Release(), 0u);
+    }
     EXPECT_EQ(CreateYMsgDeferredProcedureDispatcher(nullptr), nullptr);
+    EXPECT_TRUE(thread->Stop(limit));
 }
 
 TEST_F(DispatchTest, ManyThreadsLoseNothingAndKeepTheirOrder)
@@ -352,7 +351,6 @@ HWND FindSink(HWND after = nullptr)
 
 TEST(YNotificationSink, HandsOnWhatIsPostedToIt)
 {
-    const LeakCheck leaks;
     Sink sink;
     EXPECT_FALSE(sink.Post(WM_USER, 0, 0));
     EXPECT_TRUE(sink.IsOwnThread());
@@ -401,7 +399,6 @@ TEST_F(OtherThreadsDispatcher, ThreadServesTheWindowsOfItsWork)
 
 TEST(YMfcThread, IsStartedOnceAndStoppedWithinALimit)
 {
-    const LeakCheck leaks;
     const auto thread = YUnknownPointer<YMfcThread>::Make();
     EXPECT_EQ(thread->GetDispatcher(), nullptr);
     EXPECT_TRUE(thread->Stop(0));
@@ -423,7 +420,6 @@ TEST(YMfcThread, IsStartedOnceAndStoppedWithinALimit)
 
 TEST(YMfcThread, LivesUntilItHasStopped)
 {
-    const LeakCheck leaks;
     for (int round = 0; round < 20; ++round) {
         auto thread = YUnknownPointer<YMfcThread>::Make();
         ASSERT_TRUE(thread->Start(nullptr));
@@ -432,18 +428,6 @@ TEST(YMfcThread, LivesUntilItHasStopped)
         thread.Reset();
         EXPECT_EQ(::WaitForSingleObject(ends.Get(), limit), WAIT_OBJECT_0);
     }
-}
-
-TEST(YMfcThread, TellsWhyItDidNotStart)
-{
-    const LeakCheck leaks;
-    const ImportHook hook(L"CommonUi.dll", "user32.dll", "CreateWindowExW", &RefuseWindow);
-    const auto thread = YUnknownPointer<YMfcThread>::Make();
-    IReportMessageParams* reason = nullptr;
-    EXPECT_FALSE(thread->Start(&reason));
-    EXPECT_EQ(reason->GetMessageId(), DWORD{ERROR_NOT_ENOUGH_MEMORY});
-    reason->Release();
-    EXPECT_TRUE(thread->Stop(limit));
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ public:
     explicit TestThread(std::function<void()> body) : work(std::move(body))
     {
         thread.Reset(
-            reinterpret_cast<HANDLE>(::_beginthreadex(nullptr, 0, &Enter, this, 0, &threadId)));
+            reinterpret_cast<HANDLE>(::_beginthreadex(nullptr, 0, &Enter, this, 0, nullptr)));
     }
     ~TestThread() { Join(); }
     TestThread(const TestThread&) = delete;
@@ -29,7 +29,6 @@ public:
             thread.Reset();
         }
     }
-    DWORD GetId() const { return threadId; }
 
 private:
     static unsigned __stdcall Enter(void* self)
@@ -39,6 +38,5 @@ private:
     }
 
     std::function<void()> work;
-    unsigned threadId = 0;
     YUniqueKernelHandle thread;
 };

@@ -39,25 +39,6 @@ void PrintFrame(unsigned number, std::uintptr_t address)
     Write(line);
 }
 
-// Follows the saved frame pointers, which our modules keep in every build. Returns how many frames
-// there are now.
-unsigned PrintFrames(unsigned number, std::uintptr_t frame)
-{
-    const auto end = reinterpret_cast<std::uintptr_t>(GetThreadBlock()->StackBase);
-    while (number < maxFrames && frame % 4 == 0 && frame + 8 <= end && frame > 0x10000) {
-        const auto* words = reinterpret_cast<const std::uintptr_t*>(frame);
-        if (words[1] == 0) {
-            break;
-        }
-        PrintFrame(number++, words[1]);
-        if (words[0] <= frame) {
-            break;
-        }
-        frame = words[0];
-    }
-    return number;
-}
-
 // Whether code of a module of ours called something there: call rel32, or call through a register
 // or memory in one of its lengths.
 bool IsReturnAddress(std::uintptr_t address)
@@ -80,8 +61,8 @@ bool IsReturnAddress(std::uintptr_t address)
            (code[-5] == 0xE8 || isIndirect(2) || isIndirect(3) || isIndirect(6));
 }
 
-// Where code of the run time or of the system, which keeps no frame pointers, lies between: every
-// word of the stack that looks like a return address of ours. May name a call that is over.
+// Every word of the stack that looks like a return address of ours: code of the run time and of the
+// system keeps no frame pointers that could be followed. May name a call that is over.
 void PrintCalls(unsigned number, std::uintptr_t stack)
 {
     const auto end = reinterpret_cast<std::uintptr_t>(GetThreadBlock()->StackBase);
@@ -91,11 +72,6 @@ void PrintCalls(unsigned number, std::uintptr_t stack)
             PrintFrame(number++, word);
         }
     }
-}
-
-std::uintptr_t CurrentStack()
-{
-    return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
 }
 
 [[noreturn]] void End()
@@ -116,25 +92,15 @@ LONG CALLBACK OnException(EXCEPTION_POINTERS* exception)
     std::snprintf(line, sizeof line, "crash: exception %08lx\n", code);
     Write(line);
     // One past the instruction, as a return address would be: readers subtract one.
-    PrintFrame(0,
-               reinterpret_cast<std::uintptr_t>(exception->ExceptionRecord->ExceptionAddress) + 1);
-    unsigned number = 1;
-    if (exception->ContextRecord->Eip < 0x10000) {  // called through null: the caller is on top
-        PrintFrame(number++,
-                   *reinterpret_cast<const std::uintptr_t*>(exception->ContextRecord->Esp));
-    }
-    constexpr unsigned usual = 4;  // fewer: the chain of frames is broken
-    if (PrintFrames(number, exception->ContextRecord->Ebp) < usual) {
-        Write("calls found on the stack:\n");
-        PrintCalls(number, exception->ContextRecord->Esp);
-    }
+    PrintFrame(0, exception->ContextRecord->Eip + 1);
+    PrintCalls(1, exception->ContextRecord->Esp);
     End();
 }
 
 void OnAbort(int)
 {
     Write("crash: abort\n");
-    PrintCalls(0, CurrentStack());
+    PrintCalls(0, reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)));
     End();
 }
 
@@ -153,7 +119,8 @@ void OnAbort(int)
         std::snprintf(line, sizeof line, "crash: uncaught %s: %s\n", type->name(), text);
     }
     Write(line);
-    PrintCalls(0, CurrentStack());  // nothing has been unwound: the throw is among them
+    // Nothing has been unwound: the throw is among them.
+    PrintCalls(0, reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)));
     End();
 }
 

@@ -8,6 +8,7 @@
 
 #include <winternl.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
 #include <cstdlib>
@@ -75,37 +76,19 @@ long CountGdiObjects()
     return count;
 }
 
-struct HandleEntry
-{
-    USHORT process;
-    USHORT backTrace;
-    UCHAR type;
-    UCHAR flags;
-    USHORT value;
-    PVOID object;
-    ULONG access;
-};
-
 long CountKernelHandles()
 {
-    constexpr auto handleInformation = static_cast<SYSTEM_INFORMATION_CLASS>(16);
     static std::vector<std::uint8_t> buffer(1 << 20);
     ULONG size = 0;
-    while (::NtQuerySystemInformation(handleInformation, buffer.data(),
+    while (::NtQuerySystemInformation(SystemHandleInformation, buffer.data(),
                                       static_cast<ULONG>(buffer.size()), &size) != 0) {
-        if (buffer.size() > (64u << 20)) {
-            throw std::runtime_error("the system's handles cannot be listed");
-        }
         buffer.resize(buffer.size() * 2);
     }
-    const auto count = *reinterpret_cast<const ULONG*>(buffer.data());
-    const auto* entries = reinterpret_cast<const HandleEntry*>(buffer.data() + sizeof(ULONG));
-    const DWORD process = ::GetCurrentProcessId();
-    long own = 0;
-    for (ULONG i = 0; i < count; ++i) {
-        own += entries[i].process == process;
-    }
-    return own;
+    const auto* list = reinterpret_cast<const SYSTEM_HANDLE_INFORMATION*>(buffer.data());
+    return std::count_if(list->Handle, list->Handle + list->Count,
+                         [process = ::GetCurrentProcessId()](const SYSTEM_HANDLE_ENTRY& entry) {
+                             return entry.OwnerPid == process;
+                         });
 }
 
 bool IsOurs(HWND window)

@@ -3,7 +3,6 @@
 #include <CommonUiInit.h>
 #include <IProfile.h>
 #include <IProfileKey.h>
-#include <YCriticalSection.h>
 #include <YReportMessageParams.h>
 #include <YUnicodeString.h>
 #include <YUnknown.h>
@@ -29,12 +28,6 @@ struct NameLess
     }
 };
 
-struct Node
-{
-    std::map<std::wstring, Data, NameLess> values;
-    std::map<std::wstring, std::shared_ptr<Node>, NameLess> children;
-};
-
 MemoryProfile* current = nullptr;  // the host's
 
 YProfileStoreFactory* GetCurrent()
@@ -50,14 +43,10 @@ bool Fail(YReportMessageParams& error, DWORD code)
 
 }  // namespace
 
-struct MemoryTree
+struct MemoryNode
 {
-    YCriticalSection lock;  // over all of it
-    std::shared_ptr<Node> root = std::make_shared<Node>();
-    DWORD writeError = 0;
-    DWORD creationError = 0;
-    unsigned flushes = 0;
-    long profiles = 0;
+    std::map<std::wstring, Data, NameLess> values;
+    std::map<std::wstring, std::shared_ptr<MemoryNode>, NameLess> children;
 };
 
 namespace {
@@ -67,7 +56,7 @@ using SharedTree = std::shared_ptr<MemoryTree>;
 class MemoryKey : public YUnknown<IProfileKey>
 {
 public:
-    MemoryKey(SharedTree sharedTree, std::shared_ptr<Node> sharedNode)
+    MemoryKey(SharedTree sharedTree, std::shared_ptr<MemoryNode> sharedNode)
         : tree(std::move(sharedTree)), node(std::move(sharedNode))
     {}
 
@@ -77,13 +66,10 @@ public:
         const std::lock_guard lock(tree->lock);
         auto child = node->children.find(name);
         if (child == node->children.end()) {
-            if (!create) {
-                return Fail(error, ERROR_FILE_NOT_FOUND);
+            if (!create || tree->writeError != 0) {
+                return Fail(error, create ? tree->writeError.load() : ERROR_FILE_NOT_FOUND);
             }
-            if (tree->writeError != 0) {
-                return Fail(error, tree->writeError);
-            }
-            child = node->children.emplace(name, std::make_shared<Node>()).first;
+            child = node->children.emplace(name, std::make_shared<MemoryNode>()).first;
         }
         *key = new MemoryKey(tree, child->second);
         return true;
@@ -121,17 +107,17 @@ public:
 
     bool WriteDWORD(const wchar_t* name, DWORD value, YReportMessageParams& error) override
     {
-        return Change(error, [&] { return Write(name, value); });
+        return Write(name, value, error);
     }
     bool WriteString(const wchar_t* name, const YUnicodeString& value,
                      YReportMessageParams& error) override
     {
-        return Change(error, [&] { return Write(name, value); });
+        return Write(name, value, error);
     }
     bool WriteBinary(const wchar_t* name, const BYTE* data, unsigned size,
                      YReportMessageParams& error) override
     {
-        return Change(error, [&] { return Write(name, std::vector<BYTE>(data, data + size)); });
+        return Write(name, std::vector<BYTE>(data, data + size), error);
     }
 
     bool DeleteValue(const wchar_t* name, YReportMessageParams& error) override
@@ -164,10 +150,12 @@ private:
         return true;
     }
 
-    bool Write(const wchar_t* name, Data data)
+    bool Write(const wchar_t* name, const Data& data, YReportMessageParams& error)
     {
-        node->values[name] = std::move(data);
-        return true;
+        return Change(error, [&] {
+            node->values[name] = data;
+            return true;
+        });
     }
 
     // The change says whether there was what it is about.
@@ -182,7 +170,7 @@ private:
     }
 
     const SharedTree tree;
-    const std::shared_ptr<Node> node;
+    const std::shared_ptr<MemoryNode> node;
 };
 
 class MemoryProfileObject : public YUnknown<IProfile>
@@ -190,14 +178,9 @@ class MemoryProfileObject : public YUnknown<IProfile>
 public:
     explicit MemoryProfileObject(SharedTree sharedTree) : tree(std::move(sharedTree))
     {
-        const std::lock_guard lock(tree->lock);
         ++tree->profiles;
     }
-    ~MemoryProfileObject() override
-    {
-        const std::lock_guard lock(tree->lock);
-        --tree->profiles;
-    }
+    ~MemoryProfileObject() override { --tree->profiles; }
 
     bool OpenRoot(IProfileKey** root, YReportMessageParams&) override
     {
@@ -211,13 +194,14 @@ private:
 
 }  // namespace
 
-MemoryProfile::MemoryProfile() : tree(std::make_shared<MemoryTree>())
+MemoryProfile::MemoryProfile(ISynchObject* hostLock)
+    : tree(new MemoryTree{{}, std::make_shared<MemoryNode>()})
 {
     current = this;
-    CommonUiInit(nullptr, &GetCurrent, nullptr);
+    CommonUiInit(nullptr, &GetCurrent, hostLock);
 }
 
-MemoryProfile::~MemoryProfile()
+void MemoryProfile::Withdraw()
 {
     CommonUiInit(nullptr, nullptr, nullptr);
     current = nullptr;
@@ -230,28 +214,4 @@ bool MemoryProfile::CreateProfile(IProfile** profile, YReportMessageParams& erro
     }
     *profile = new MemoryProfileObject(tree);
     return true;
-}
-
-void MemoryProfile::FailWrites(DWORD code)
-{
-    const std::lock_guard lock(tree->lock);
-    tree->writeError = code;
-}
-
-void MemoryProfile::FailCreation(DWORD code)
-{
-    const std::lock_guard lock(tree->lock);
-    tree->creationError = code;
-}
-
-unsigned MemoryProfile::GetFlushCount() const
-{
-    const std::lock_guard lock(tree->lock);
-    return tree->flushes;
-}
-
-long MemoryProfile::GetLiveProfiles() const
-{
-    const std::lock_guard lock(tree->lock);
-    return tree->profiles;
 }
