@@ -49,7 +49,7 @@ void Report::ReportRuns(const std::vector<Run>& runs)
     for (const Run& run : runs) {
         if (run.error_occurred) {
             std::cerr << run.benchmark_name() << ": " << run.error_message << '\n';
-        } else if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median") {
+        } else if (run.repetitions == 1 || run.aggregate_name == "median") {
             medians[run.run_name.function_name] = run;
             std::cerr << "-- " << run.run_name.function_name << ": "
                       << Format("%.4g", run.GetAdjustedRealTime()) << ' '

@@ -6,6 +6,7 @@ class Report;
 
 void AddBufferSubjects(Report& report);  // BufferBenchmarks.cpp: no window
 void AddLoadSubject(Report& report);  // LoadBenchmark.cpp
+void AddNetworkSubjects(Report& report);  // NetworkBenchmarks.cpp: sockets, deferred calls
 void AddPacketSubjects(Report& report);  // PacketBenchmarks.cpp: no window
 void AddPaintSubjects(Report& report);  // PaintBenchmarks.cpp
 void AddScrollSubjects(Report& report);  // ScrollBenchmarks.cpp
