@@ -44,7 +44,7 @@ DWORD GetCode(BOOL succeeded)
 }
 
 DWORD OpenFile(const std::wstring& path, DWORD access, DWORD sharing, DWORD disposition,
-               DWORD flags, UniqueSafeFile& file)
+               DWORD flags, YUniqueFile& file)
 {
     file.Reset(::CreateFileW(path.c_str(), access, sharing, nullptr, disposition, flags, nullptr));
     return GetCode(static_cast<bool>(file));
@@ -95,7 +95,7 @@ DWORD WriteAll(HANDLE file, std::string_view bytes)
 
 DWORD WriteTemporaryFile(const std::wstring& path, std::string_view bytes, FileStamp& stamp)
 {
-    UniqueSafeFile file;
+    YUniqueFile file;
     DWORD code = Persist([&] {
         return OpenFile(path, GENERIC_WRITE, FILE_SHARE_READ, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
                         file);
@@ -115,7 +115,7 @@ DWORD WriteTemporaryFile(const std::wstring& path, std::string_view bytes, FileS
 DWORD MoveIntoPlace(const std::wstring& from, const std::wstring& path, bool& isOldLost)
 {
     // Looked at first: some systems leave files of their own behind where ReplaceFileW is refused.
-    UniqueSafeFile old;
+    YUniqueFile old;
     DWORD code = OpenFile(path, DELETE, shareAll, OPEN_EXISTING, 0, old);
     old.Reset();
     if (IsHeldByOther(code)) {
@@ -156,7 +156,7 @@ void MakeFolderOf(const std::wstring& path)
 
 FileStamp GetFileStamp(const std::wstring& path)
 {
-    UniqueSafeFile file;
+    YUniqueFile file;
     return OpenFile(path, FILE_READ_ATTRIBUTES, shareAll, OPEN_EXISTING, 0, file) == ERROR_SUCCESS
                ? GetStamp(file.Get())
                : FileStamp();
@@ -201,7 +201,7 @@ DWORD FileLock::AwaitTurn(DWORD milliseconds)
 DWORD ReadWholeFile(const std::wstring& path, std::size_t maxBytes, std::string& bytes,
                     FileStamp& stamp)
 {
-    UniqueSafeFile file;
+    YUniqueFile file;
     const DWORD code = Persist([&] {
         return OpenFile(path, GENERIC_READ, shareAll, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN,
                         file);

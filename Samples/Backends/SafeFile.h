@@ -14,14 +14,6 @@
 // as a virus scanner or an indexer usually takes, patienceMilliseconds in all, and then give up.
 constexpr DWORD patienceMilliseconds = 1500;
 
-struct SafeFileTraits
-{
-    using Handle = HANDLE;
-    static Handle Invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void Close(Handle file) noexcept { ::CloseHandle(file); }
-};
-using UniqueSafeFile = YUniqueHandle<SafeFileTraits>;
-
 // Tells one state of a file from another. All 0: there is no file.
 struct FileStamp
 {
@@ -35,13 +27,6 @@ struct FileStamp
 };
 
 FileStamp GetFileStamp(const std::wstring& path);
-
-struct MutexTraits
-{
-    using Handle = HANDLE;
-    static Handle Invalid() noexcept { return nullptr; }
-    static void Close(Handle mutex) noexcept { ::CloseHandle(mutex); }
-};
 
 // Keeps other processes from changing the file in the same way. What keeps them out is that
 // "path.lock" is open: that holds on a network share and for other sessions too, and the system
@@ -62,9 +47,9 @@ public:
 private:
     DWORD AwaitTurn(DWORD milliseconds);
 
-    YUniqueHandle<MutexTraits> mutex;  // null: does without
+    YUniqueKernelHandle mutex;  // null: does without
     bool isMutexOwned = false;
-    UniqueSafeFile file;
+    YUniqueFile file;
     DWORD error;
 };
 

@@ -16,14 +16,6 @@
 #include <string_view>
 #include <vector>
 
-struct ThreadHandleTraits
-{
-    using Handle = HANDLE;
-    static Handle Invalid() noexcept { return nullptr; }
-    static void Close(Handle thread) noexcept { ::CloseHandle(thread); }
-};
-using UniqueThread = YUniqueHandle<ThreadHandleTraits>;
-
 // How far a follower has come.
 struct FollowerState
 {
@@ -104,5 +96,5 @@ private:
     ULONGLONG bytesRead = 0;  // of this file
     std::size_t unfinishedTold = 0;  // characters of the unfinished line that were delivered
 
-    UniqueThread worker;  // null: has been stopped
+    YUniqueKernelHandle worker;  // null: has been stopped
 };

@@ -118,8 +118,8 @@ TEST_F(FolderProfileTest, KeepsFilesOfNoSaneSizeAside)
 TEST_F(FolderProfileTest, DoesNotTouchAFileThatCannotBeOpened)
 {
     folder.Write(L"Key.ini", "a=dword:1\n");
-    const UniqueSafeFile held(::CreateFileW(folder.GetPath(L"Key.ini").c_str(), GENERIC_READ, 0,
-                                            nullptr, OPEN_EXISTING, 0, nullptr));
+    const YUniqueFile held(::CreateFileW(folder.GetPath(L"Key.ini").c_str(), GENERIC_READ, 0,
+                                         nullptr, OPEN_EXISTING, 0, nullptr));
     const YProfileKey key(root, L"Key");
     EXPECT_FALSE(key.IsOpen());
     EXPECT_EQ(CodeOf(key), DWORD{ERROR_SHARING_VIOLATION});

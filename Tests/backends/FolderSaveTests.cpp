@@ -135,7 +135,7 @@ protected:
     ScratchFolder folder;
     FolderProfileFactory factory{folder.GetPath(), {}};
     YProfileKey key{nullptr};
-    static inline UniqueSafeFile holder{INVALID_HANDLE_VALUE};  // as a virus scanner does
+    static inline YUniqueFile holder{INVALID_HANDLE_VALUE};  // as a virus scanner does
     static inline int refusals = 0;
 };
 
