@@ -59,11 +59,34 @@ inline std::ostream& operator<<(std::ostream& stream, const SocketAnswer& answer
                   << answer.bytes << ')';
 }
 
+// What a sink was told.
+struct SocketRecord
+{
+    bool WaitForCount(std::size_t count)
+    {
+        return PumpUntil([&] { return answers.size() >= count; }, 20'000);
+    }
+    std::size_t Count(std::string_view what) const
+    {
+        return static_cast<std::size_t>(
+            std::count_if(answers.begin(), answers.end(),
+                          [&](const SocketAnswer& answer) { return answer.what == what; }));
+    }
+
+    std::vector<SocketAnswer> answers;
+    std::string received;
+    std::string urgent;
+    std::vector<YUnknownPointer<ISocket>> accepted;
+    YUnknownPointer<IInternetAddress> sender, receiver;
+    std::function<void(const SocketAnswer&)> onAnswer;
+};
+
 struct SocketSinks : ISocketSink, IReadFromSocketSink, IListenSocketSink
 {};
 
 // Remembers every answer, then does what its test says.
-class RecordingSink : public YUnknown<SocketSinks>
+template <class Sinks>
+class RecordingSinkOf : public YUnknown<Sinks>, public SocketRecord
 {
 public:
     void OnRead(void* context, unsigned error, IBuffer* buffer) override
@@ -98,30 +121,12 @@ public:
         if (newSocket) {
             accepted.emplace_back(newSocket);
             sender = YUnknownPointer<IInternetAddress>(peer);
-            EXPECT_NE(local, nullptr);
+            receiver = YUnknownPointer<IInternetAddress>(local);
         }
         Note({"accept", context, error});
     }
 
-    bool WaitForCount(std::size_t count)
-    {
-        return PumpUntil([&] { return answers.size() >= count; }, 20'000);
-    }
-    std::size_t Count(std::string_view what) const
-    {
-        return static_cast<std::size_t>(
-            std::count_if(answers.begin(), answers.end(),
-                          [&](const SocketAnswer& answer) { return answer.what == what; }));
-    }
-
-    std::vector<SocketAnswer> answers;
-    std::string received;
-    std::string urgent;
-    std::vector<YUnknownPointer<ISocket>> accepted;
-    YUnknownPointer<IInternetAddress> sender;
-    std::function<void(const SocketAnswer&)> onAnswer;
-
-private:
+protected:
     void Note(const SocketAnswer& answer)
     {
         answers.push_back(answer);
@@ -130,6 +135,24 @@ private:
         }
     }
 };
+using RecordingSink = RecordingSinkOf<SocketSinks>;
+
+struct BindSinks : SocketSinks, IBindSocketSink
+{};
+
+class BindingSink : public RecordingSinkOf<BindSinks>
+{
+public:
+    void OnBind(void* context, unsigned error) override { Note({"bind", context, error}); }
+};
+
+// Its references now. 1: the test's own is the last one.
+template <class Object>
+ULONG CountReferences(Object* object)
+{
+    object->AddRef();
+    return object->Release();
+}
 
 inline void* Context(unsigned number)
 {

@@ -11,7 +11,7 @@ class ISocket;
 
 // The host implements them. Called on the socket's thread with the request's context and a Winsock
 // or Win32 code, 0 for success. What is passed is borrowed: whoever wants to keep it adds a
-// reference. An exception ends at the socket's window, unheard. The order is binary contract.
+// reference. An exception ends at the socket, unheard. The order is binary contract.
 class ISocketSink : public IUnknown
 {
 public:

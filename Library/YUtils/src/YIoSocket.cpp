@@ -13,7 +13,8 @@ namespace {
 constexpr int longestAddress = 128;  // bytes
 // Answers in a row: whoever asks anew with each one must not keep the thread for ever.
 constexpr std::size_t mostInARow = 256;
-constexpr UINT_PTR retryTimer = 1;
+constexpr UINT_PTR answerTimer = 1;
+constexpr UINT timerPeriod = 20;  // milliseconds
 constexpr long acceptEvents = FD_ACCEPT | FD_CLOSE;
 
 unsigned GetCode(int result)
@@ -96,7 +97,8 @@ LRESULT YIoSocket::OnNotify(UINT notification, WPARAM, LPARAM)
         Release();
         return 0;
     }
-    for (Answers* const answers : {&reads, &writes, &connects, &accepts, &binds}) {
+    const EventScope scope(*this);
+    for (Answers* const answers : AllAnswers()) {
         if (answers->message == notification) {
             answers->isPostPending = false;
             Deliver(*answers, mostInARow);
@@ -105,14 +107,15 @@ LRESULT YIoSocket::OnNotify(UINT notification, WPARAM, LPARAM)
     return 0;
 }
 
-// What could not be posted.
+// What could not be posted, or was left to an event that has not come to its end yet.
 LRESULT YIoSocket::OnTimer(UINT_PTR timer)
 {
-    const YUnknownPointer<YIoSocket> self(this);
-    StopTimer(timer);
-    for (Answers* const answers : {&reads, &writes, &connects, &accepts, &binds}) {
-        Deliver(*answers, mostInARow);
+    const EventScope scope(*this);
+    if (!isTimerNeeded) {
+        StopTimer(timer);
+        hasTimer = false;
     }
+    isTimerNeeded = false;
     return 0;
 }
 
@@ -127,13 +130,18 @@ void YIoSocket::Close()
     if (!pendingConnects.empty() && pendingConnects.front().isResolving) {
         ++abandonedNames;
     }
-    for (Answers* const answers : {&reads, &writes, &accepts, &connects, &binds}) {
+    // Told anything, the caller may begin anew: what it asks for then is not ended here.
+    SocketQueue lastReads = std::exchange(pendingReads, {});
+    SocketQueue lastWrites = std::exchange(pendingWrites, {});
+    SocketQueue lastAccepts = std::exchange(pendingAccepts, {});
+    SocketQueue lastConnects = std::exchange(pendingConnects, {});
+    for (Answers* const answers : AllAnswers()) {
         Deliver(*answers, answers->finished.size());
     }
-    Abort(reads, pendingReads);
-    Abort(writes, pendingWrites);
-    Abort(accepts, pendingAccepts);
-    Abort(connects, pendingConnects);
+    Abort(reads, lastReads);
+    Abort(writes, lastWrites);
+    Abort(accepts, lastAccepts);
+    Abort(connects, lastConnects);
 }
 
 void YIoSocket::SetSink(ISocketSink* next)
@@ -188,6 +196,7 @@ void YIoSocket::BeginAnew(int socketType)
     eofDelivered = false;
     isStream = socketType == SOCK_STREAM;
     isClosed = false;
+    hasTimer = false;  // it was the last window's
 }
 
 // A socket to which one of them means nothing works as well without.
@@ -293,35 +302,49 @@ void YIoSocket::FinishNew(Answers& answers, SocketOperation&& request, unsigned 
     Finish(answers, known, Delivery::ByMessage);
 }
 
-// One message at a time. When the thread takes no more of them, a timer does it. False: there is no
-// window at all.
-bool YIoSocket::Announce(Answers& answers) const
+// One message at a time, and none inside an event, whose end tells what has been finished meanwhile: a
+// message costs more than all else that a small write does. The timer stands by where the thread
+// takes no more messages, or where the event runs a message loop of its own and is long in ending.
+// False: there is no window at all.
+bool YIoSocket::Announce(Answers& answers)
 {
-    if (!answers.isPostPending) {
+    if (eventDepth == 0 && !answers.isPostPending) {
         answers.isPostPending = Post(answers.message, 0, 0);
     }
-    return answers.isPostPending || StartTimer(retryTimer, USER_TIMER_MINIMUM);
+    return answers.isPostPending || KeepTimer();
 }
 
-// What a call adds has its turn in the same loop. When a call throws, the others come later.
+bool YIoSocket::KeepTimer()
+{
+    isTimerNeeded = true;
+    hasTimer = hasTimer || StartTimer(answerTimer, timerPeriod);
+    return hasTimer;
+}
+
+void YIoSocket::LeaveEvent()
+{
+    for (Answers* const answers : AllAnswers()) {
+        Deliver(*answers, mostInARow);
+    }
+    --eventDepth;
+    for (Answers* const answers : AllAnswers()) {
+        if (!answers->finished.empty()) {
+            Announce(*answers);
+        }
+    }
+}
+
+// What a call adds has its turn in the same loop. Any call may take the last reference.
 void YIoSocket::Deliver(Answers& answers, std::size_t most)
 {
-    struct Rest
-    {
-        ~Rest()
-        {
-            if (!answers.finished.empty()) {
-                socket.Announce(answers);
-            }
-        }
-        const YIoSocket& socket;
-        Answers& answers;
-    };
-    const Rest rest{*this, answers};
+    const YUnknownPointer<YIoSocket> self(this);
     for (; most > 0 && !answers.finished.empty(); --most) {
         SocketQueue told;
         told.splice(told.begin(), answers.finished, answers.finished.begin());
-        (this->*answers.tell)(told.front());
+        CallHost([&] { (this->*answers.tell)(told.front()); });
+    }
+    if (!answers.finished.empty()) {
+        Announce(answers);
     }
 }
 

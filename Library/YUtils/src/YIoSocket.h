@@ -12,6 +12,8 @@
 
 #include <afxsock.h>
 
+#include <array>
+
 // What a socket is to others: to the host, and to its resolver.
 class YIoSocketInterface : public ISocket, public IHostnameResolverSink
 {};
@@ -94,6 +96,19 @@ private:
         bool isPostPending = false;
     };
 
+    // The socket tells something; what that finishes is told before it ends.
+    class EventScope
+    {
+    public:
+        explicit EventScope(YIoSocket& entered) : socket(&entered) { ++entered.eventDepth; }
+        ~EventScope() { socket->LeaveEvent(); }
+        EventScope(const EventScope&) = delete;
+        EventScope& operator=(const EventScope&) = delete;
+
+    private:
+        const YUnknownPointer<YIoSocket> socket;
+    };
+
     // The window's messages.
     enum : UINT {
         tellReads = WM_USER + 1,
@@ -104,17 +119,33 @@ private:
         dropReference
     };
 
+    std::array<Answers*, 5> AllAnswers() { return {&reads, &writes, &accepts, &connects, &binds}; }
+
     using YNotificationSink::Create;
     LRESULT OnNotify(UINT notification, WPARAM wParam, LPARAM lParam) override;
     LRESULT OnTimer(UINT_PTR timer) override;
 
     bool HasSocket() const { return m_hSocket != INVALID_SOCKET; }
+    // What the host throws ends here: it must cost nobody else an answer.
+    template <class Call>
+    static void CallHost(const Call& call) noexcept
+    {
+        try {
+            call();
+        } catch (CException* exception) {
+            exception->Delete();
+        } catch (...) {  // nobody up there could tell what it means
+        }
+    }
+
     void BeginAnew(int socketType);
     void ApplyOptions();
 
     void Finish(Answers& answers, SocketQueue& pending, Delivery delivery);
     void FinishNew(Answers& answers, SocketOperation&& request, unsigned code);
-    bool Announce(Answers& answers) const;
+    bool Announce(Answers& answers);
+    bool KeepTimer();
+    void LeaveEvent();
     void Deliver(Answers& answers, std::size_t most);
     void Abort(Answers& answers, SocketQueue& pending);
     void TellRead(const SocketOperation& read);
@@ -156,7 +187,10 @@ private:
     bool isStream = true;
     bool isClosed = false;
     bool isEnding = false;
-    unsigned abandonedNames = 0;  // of which the resolver's answers are still to come
+    unsigned eventDepth = 0;  // events that are being told, one inside another
+    bool hasTimer = false;
+    bool isTimerNeeded = false;  // since it last came
+    unsigned abandonedNames = 0;  // closed while they were looked up
 
     SocketQueue pendingConnects;  // one at most
     SocketQueue pendingAccepts;

@@ -11,6 +11,11 @@ namespace {
 
 constexpr long connectionEvents = FD_READ | FD_WRITE | FD_OOB | FD_CLOSE;
 
+void* ToContext(unsigned name)
+{
+    return reinterpret_cast<void*>(static_cast<UINT_PTR>(name));
+}
+
 YUnknownPointer<IInternetAddress> GetFirst(const IHostnameResolverSink::Result& result)
 {
     return result.addresses.empty() ? nullptr : result.addresses.front();
@@ -89,21 +94,21 @@ void YIoSocket::StartResolving(SocketOperation&& request, const char* hostName, 
         return;
     }
     const YUnknownPointer<YIoSocket> self(this);
-    isClosed = false;
+    if (!HasSocket()) {
+        BeginAnew(SOCK_STREAM);  // reads and writes may be asked for before the name is known
+    }
     request.isResolving = true;
     pendingConnects.push_back(std::move(request));
-    resolver->Resolve(this, nullptr, hostName, port, 0, IPPROTO_TCP);
+    resolver->Resolve(this, ToContext(abandonedNames), hostName, port, 0, IPPROTO_TCP);
 }
 
 void YIoSocket::OnHostname(void* context, const YReportMessageParams& reportParams,
                            const Result& result)
 {
     const YUnknownPointer<YIoSocket> self(this);
-    if (abandonedNames > 0) {
-        --abandonedNames;  // of a request that was closed; answers come in their order
-        return;
-    }
-    if (pendingConnects.empty() || !pendingConnects.front().isResolving) {
+    // Answers come in any order, those of names that were abandoned included.
+    if (context != ToContext(abandonedNames) || pendingConnects.empty() ||
+        !pendingConnects.front().isResolving) {
         return;
     }
     SocketQueue resolved;
@@ -111,7 +116,7 @@ void YIoSocket::OnHostname(void* context, const YReportMessageParams& reportPara
     SocketOperation& request = resolved.front();
     request.isResolving = false;
     if (request.resolverSink) {
-        request.resolverSink->OnHostname(context, reportParams, result);
+        CallHost([&] { request.resolverSink->OnHostname(context, reportParams, result); });
         request.resolverSink.Reset();
     }
     request.error = UseResolved(reportParams.GetMessageId(), result);
@@ -146,12 +151,12 @@ unsigned YIoSocket::UseResolved(unsigned code, const Result& result)
 // being resolved is not what the event is about.
 void YIoSocket::OnConnect(int nErrorCode)
 {
-    const YUnknownPointer<YIoSocket> self(this);
+    const EventScope scope(*this);
     if (!pendingConnects.empty() && !pendingConnects.front().isResolving) {
         SocketQueue connected;
         connected.splice(connected.begin(), pendingConnects);
         connected.front().error = static_cast<unsigned>(nErrorCode);
-        TellConnect(connected.front());
+        CallHost([&] { TellConnect(connected.front()); });
     } else {
         Deliver(connects, connects.finished.size());
     }
@@ -172,6 +177,7 @@ void YIoSocket::Accept(void* context)
 
 void YIoSocket::OnAccept(int)
 {
+    const EventScope scope(*this);
     if (pendingAccepts.empty()) {
         ++pendingIncoming;
     } else {

@@ -58,6 +58,7 @@ void YIoSocket::StartRead(SocketOperation&& request)
 
 void YIoSocket::OnReceive(int)
 {
+    const EventScope scope(*this);
     readable = true;
     ReadPending(Delivery::AtOnce, 0);
 }
@@ -65,6 +66,7 @@ void YIoSocket::OnReceive(int)
 // The urgent byte goes to the read that waits.
 void YIoSocket::OnOutOfBandData(int)
 {
+    const EventScope scope(*this);
     readable = true;
     ReadPending(Delivery::AtOnce, MSG_OOB);
 }
@@ -72,20 +74,23 @@ void YIoSocket::OnOutOfBandData(int)
 // The last bytes may still lie there.
 void YIoSocket::OnClose(int)
 {
-    const YUnknownPointer<YIoSocket> self(this);
+    const EventScope scope(*this);
     closedByPeer = true;
     while (ReadPending(Delivery::AtOnce, 0)) {}
-    while (AcceptIncomingSocket(Delivery::AtOnce) != Progress::None) {}
+    for (std::size_t most = pendingAccepts.size();
+         most > 0 && AcceptIncomingSocket(Delivery::AtOnce) != Progress::None; --most) {}
 }
 
 // One read for one notification: the system tells again as long as there is something to read.
-// Failures do not count. False: nothing was finished.
+// Failures do not count; a read that is asked for when one is told waits for the next notification,
+// or a failure that lasts would keep the thread. False: nothing was finished.
 bool YIoSocket::ReadPending(Delivery delivery, int flags)
 {
     const YUnknownPointer<YIoSocket> self(this);
     bool isAnyFinished = false;
     Progress progress = Progress::Failed;
-    while (progress == Progress::Failed && !pendingReads.empty()) {
+    std::size_t most = pendingReads.size();
+    for (; most > 0 && progress == Progress::Failed && !pendingReads.empty(); --most) {
         progress = ReadFront(delivery, flags);
         isAnyFinished = isAnyFinished || progress != Progress::None;
     }
@@ -105,6 +110,9 @@ YIoSocket::Progress YIoSocket::ReadFront(Delivery delivery, int flags)
     const int code = received == SOCKET_ERROR ? ::WSAGetLastError() : 0;
     if (code == WSAEWOULDBLOCK) {
         return Progress::None;
+    }
+    if (code == WSAEINVAL && (flags & MSG_OOB)) {
+        return ReadFront(delivery, 0);  // SO_OOBINLINE is set: the byte lies in the stream
     }
     if (flags & MSG_OOB) {
         read.kind = SocketOperationKind::OutOfBand;
@@ -168,6 +176,7 @@ void YIoSocket::StartWrite(SocketOperation&& request)
 
 void YIoSocket::OnSend(int)
 {
+    const EventScope scope(*this);
     sendBlocked = false;
     SendPending(Delivery::AtOnce);
 }
