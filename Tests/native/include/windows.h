@@ -8,7 +8,7 @@
 #include <cstring>
 
 #define STDMETHODCALLTYPE
-#define __declspec(attribute)
+#define WINAPI
 #define MAXINT INT_MAX
 #define CP_ACP 0
 #define FAILED(result) ((result) < 0)
@@ -18,9 +18,33 @@ using DWORD = std::uint32_t;
 using ULONG = std::uint32_t;
 using LONG = std::int32_t;
 using HRESULT = std::int32_t;
+using BOOL = int;
+using LANGID = unsigned short;
+using DWORD_PTR = std::uintptr_t;
+using HANDLE = void*;
+using HMODULE = void*;
+using HGLOBAL = void*;
+using HLOCAL = void*;
 
 constexpr HRESULT S_OK = 0;
 constexpr HRESULT E_NOINTERFACE = static_cast<HRESULT>(0x80004002);
+
+#define INVALID_HANDLE_VALUE (reinterpret_cast<HANDLE>(-1))
+
+// The owners of handles only have to compile.
+inline DWORD GetLastError()
+{
+    return 0;
+}
+inline void SetLastError(DWORD) {}
+inline void CloseHandle(HANDLE) {}
+inline void GlobalFree(HGLOBAL) {}
+inline void LocalFree(HLOCAL) {}
+inline void* GlobalLock(HGLOBAL block)
+{
+    return block;
+}
+inline void GlobalUnlock(HGLOBAL) {}
 
 inline void SecureZeroMemory(void* memory, std::size_t bytes)
 {
