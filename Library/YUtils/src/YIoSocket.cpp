@@ -364,6 +364,9 @@ void YIoSocket::TellRead(const SocketOperation& read)
     if (!target) {
         return;
     }
+    if (read.error != ERROR_SUCCESS && read.buffer) {
+        read.buffer->SetSize(0);  // whatever it held before was not read now
+    }
     switch (read.kind) {
     case SocketOperationKind::Ordinary:
         target->OnRead(read.context, read.error, read.buffer.Get());
