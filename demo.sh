@@ -5,33 +5,64 @@ source "$(dirname "${BASH_SOURCE[0]}")/tools/lib.sh"
 
 usage() {
     cat <<'TEXT'
-usage: ./demo.sh [--help] [--virtual] [FILE]
+usage: ./demo.sh [--help] [--virtual] [FILE] [--connect HOST PORT]
 
-Opens FILE (default: a log of this machine) in the sample host. On your display if there is one;
-else, or with --virtual, on a virtual display: loads the file, selects text with the mouse, copies
-it, and leaves build/demo.png and build/demo-clipboard.txt. --dpi N: at another resolution.
+Opens FILE (default: a log of this machine) in the sample host, and beside it a conversation with PORT
+of HOST (default: a server of our own on the loopback). One of the two named: only that one. On your
+display if there is one; else, or with --virtual, on a virtual display: loads the file, selects text
+with the mouse, copies it, types two lines to the server, and leaves build/demo.png and
+build/demo-clipboard.txt. --dpi N: at another resolution.
 TEXT
 }
 
 # The tour on the virtual display: what a user would do, by the display's own input.
 tour() {
-    local file=$1 window= try x y
-    "$commonui_root/tools/run-under-wine" "$program" "$file" &
-    local host=$!
+    local arguments=() window
+    [ -z "$file" ] || arguments+=("Z:${file//\//\\}")
+    [ -z "$host" ] || arguments+=(--connect "$host" "$port")
+    "$commonui_root/tools/run-under-wine" "$program" "${arguments[@]}" &
+    local sample=$!
     # shellcheck disable=SC2064
-    trap "kill $host 2>/dev/null || true" EXIT
+    trap "kill $sample 2>/dev/null || true" EXIT
+    if [ -n "$file" ]; then
+        window=$(find_window "^${file##*/} - Console\$")
+        place_window "$window" 10 40 1000 900
+        select_and_copy "$window"
+    fi
+    if [ -n "$host" ]; then
+        window=$(find_window ":$port - Console\$")
+        place_window "$window" 1030 40 620 900
+        talk
+    fi
+    "$commonui_root/tools/screenshot" "$commonui_root/build/demo.png"
+    for window in $(xdotool search --onlyvisible --name ' - Console$'); do
+        xdotool windowactivate --sync "$window" key alt+F4 2>/dev/null || true
+    done
+    wait "$sample" || true
+    trap - EXIT
+}
+
+# Prints the window whose title matches, once it is there.
+find_window() {
+    local try window
     for try in $(seq 150); do
-        window=$(xdotool search --onlyvisible --name ' - Console$' 2>/dev/null | head -1 || true)
-        [ -z "$window" ] || break
-        kill -0 "$host" 2>/dev/null || die "the sample ended before it showed a window"
+        window=$(xdotool search --onlyvisible --name "$1" 2>/dev/null | head -1 || true)
+        [ -z "$window" ] || { printf '%s\n' "$window"; return; }
         sleep 0.1
     done
-    [ -n "$window" ] || die "the sample showed no window within 15 seconds"
-    xdotool windowmove --sync "$window" 60 40 windowsize --sync "$window" 1140 900 \
-        windowactivate --sync "$window"
+    die "the sample showed no window '$1' within 15 seconds"
+}
+
+place_window() {
+    xdotool windowmove --sync "$1" "$2" "$3" windowsize --sync "$1" "$4" "$5" \
+        windowactivate --sync "$1"
     wait_for_still_picture
-    eval "$(xdotool getwindowgeometry --shell "$window" | sed 's/^/geometry_/')"
-    # From the middle of one line to the middle of another, in steps as a hand makes them.
+}
+
+# From the middle of one line to the middle of another, in steps as a hand makes them.
+select_and_copy() {
+    local try x y
+    eval "$(xdotool getwindowgeometry --shell "$1" | sed 's/^/geometry_/')"
     x=$((geometry_X + 150)) y=$((geometry_Y + 400))
     xdotool mousemove "$x" "$y" mousedown 1
     for try in 1 2 3 4 5 6; do
@@ -42,12 +73,18 @@ tour() {
     sleep 0.3
     xdotool key ctrl+c
     sleep 0.3
-    "$commonui_root/tools/screenshot" "$commonui_root/build/demo.png"
     timeout 10 xclip -o -selection clipboard >"$commonui_root/build/demo-clipboard.txt" ||
         die "nothing came from the clipboard"
-    xdotool key alt+F4
-    wait "$host" || true
-    trap - EXIT
+}
+
+talk() {
+    local line
+    for line in 'Hello there' menu; do
+        xdotool type --delay 40 "$line"
+        xdotool key Return
+        sleep 1
+    done
+    wait_for_still_picture
 }
 
 wait_for_still_picture() {
@@ -68,23 +105,38 @@ default_file() {
     die "this machine has no readable log; name a file"
 }
 
-virtual=0 inside=0 file= dpi=96
+# Our own server lives as long as this script.
+start_server() {
+    exec 7< <(exec "$commonui_root/tools/demo-server" 8>&-)
+    local server=$!
+    # shellcheck disable=SC2064
+    trap "kill $server 2>/dev/null || true" EXIT
+    trap 'exit 143' INT TERM HUP
+    read -r -t 20 port <&7 || die "the demonstration's server did not start"
+    host=127.0.0.1
+}
+
+virtual=0 inside=0 file= host= port= dpi=96
 while [ $# -gt 0 ]; do
     case $1 in
     -h | --help) usage; exit 0 ;;
     --virtual) virtual=1 ;;
     --inside) inside=1 ;;  # the second call, on the virtual display
     --dpi) dpi=$2; shift ;;
+    --connect)
+        [ $# -ge 3 ] || { usage >&2; exit 2; }
+        host=$2 port=$3
+        shift 2
+        ;;
     -*) usage >&2; exit 2 ;;
-    *) file=$1 ;;
+    *) file=$(realpath -m "$1") ;;
     esac
     shift
 done
-file=$(realpath -m "${file:-$(default_file)}")
 program="$commonui_root/build/release/bin/Console.exe"
 
 if [ $inside = 1 ]; then
-    tour "Z:${file//\//\\}"
+    tour
     exit 0
 fi
 
@@ -96,14 +148,25 @@ flock 8
 tools/build release Console 8>&-
 flock -u 8
 
+if [ -z "$file$host" ]; then
+    file=$(default_file)
+    start_server
+fi
+shown="${file:+$file }${host:+$host:$port}"
 if [ $virtual = 0 ] && [ -n "${DISPLAY:-}" ] && xprop -root >/dev/null 2>&1; then
-    say "showing $file on display $DISPLAY"
-    COMMONUI_TIMEOUT=infinity exec tools/with-desktop --own-display --themed \
-        tools/run-under-wine "$program" "Z:${file//\//\\}"
+    say "showing $shown on display $DISPLAY"
+    COMMONUI_TIMEOUT=infinity tools/with-desktop --own-display --themed \
+        tools/run-under-wine "$program" ${file:+"Z:${file//\//\\}"} \
+        ${host:+--connect "$host" "$port"}
+    exit 0
 fi
 rm -f build/demo.png build/demo-clipboard.txt
-say "showing $file on a virtual display (about ten seconds)"
-tools/with-desktop --dpi "$dpi" "$0" --inside "$file"
+say "showing $shown on a virtual display (about ten seconds)"
+tools/with-desktop --dpi "$dpi" --size 1660x1000 "$0" --inside ${file:+"$file"} \
+    ${host:+--connect "$host" "$port"}
 [ -s build/demo.png ] || die "no picture was made"
-[ -s build/demo-clipboard.txt ] || die "no text was copied"
-printf 'picture:   %s\nclipboard: %s\n' "$PWD/build/demo.png" "$PWD/build/demo-clipboard.txt"
+printf 'picture:   %s\n' "$PWD/build/demo.png"
+if [ -n "$file" ]; then
+    [ -s build/demo-clipboard.txt ] || die "no text was copied"
+    printf 'clipboard: %s\n' "$PWD/build/demo-clipboard.txt"
+fi

@@ -1,5 +1,6 @@
 #include "ConsoleApp.h"
 
+#include "ConnectionFrame.h"
 #include "ConsoleMessages.h"
 #include "ConsoleOptions.h"
 #include "ConsoleText.h"
@@ -15,7 +16,7 @@
 #include <shellapi.h>
 
 BEGIN_MESSAGE_MAP(ConsoleApp, CWinApp)
-    ON_COMMAND(ID_APP_EXIT, &ConsoleApp::OnAppExit)
+    ON_COMMAND(ID_APP_EXIT, &ConsoleApp::OnExit)
 END_MESSAGE_MAP()
 
 namespace {
@@ -25,6 +26,11 @@ ConsoleApp application;
 YProfileStoreFactory* GetProfileStoreFactory()
 {
     return application.GetProfiles();
+}
+
+IHostnameResolver* GetHostnameResolver()
+{
+    return application.GetResolver();
 }
 
 ConsoleOptions ParseCommandLine()
@@ -88,10 +94,21 @@ BOOL ConsoleApp::InitInstance()
     if (!OpenProfiles(options)) {
         return FALSE;
     }
-    CommonUiInit(nullptr, &GetProfileStoreFactory, nullptr);
+    CommonUiInit(&GetHostnameResolver, &GetProfileStoreFactory, nullptr);
     LoadSettings();
-    ShowWindow(options);
+    ShowWindows(options);
     return m_pMainWnd != nullptr;
+}
+
+// The keys of a window are its own: what it does not know would be tried as the main window's.
+BOOL ConsoleApp::PreTranslateMessage(MSG* message)
+{
+    const HWND top = ::GetAncestor(message->hwnd, GA_ROOT);
+    const CWnd* const frame = CWnd::FromHandlePermanent(top);
+    if (frame && frame->IsFrameWnd()) {
+        return CWnd::WalkPreTranslateTree(top, message);
+    }
+    return CWinApp::PreTranslateMessage(message);
 }
 
 // A folder that the user names must be one that can hold settings. The program's own is made where
@@ -122,7 +139,20 @@ void ConsoleApp::LoadSettings()
     }
 }
 
-void ConsoleApp::ShowWindow(const ConsoleOptions& options)
+// The window of files, unless only a connection is asked for; in front of it the connection's.
+void ConsoleApp::ShowWindows(const ConsoleOptions& options)
+{
+    const bool connects = options.peer.port != 0;
+    if (!connects || !options.file.empty()) {
+        ShowFile(options);
+    }
+    if (connects) {
+        CWnd* const frame = ConnectionFrame::Open(settings, options.peer, m_nCmdShow);
+        m_pMainWnd = m_pMainWnd ? m_pMainWnd : frame;
+    }
+}
+
+void ConsoleApp::ShowFile(const ConsoleOptions& options)
 {
     auto* const frame = new MainFrame(settings);  // deletes itself with its window
     int show = m_nCmdShow;
@@ -135,4 +165,9 @@ void ConsoleApp::ShowWindow(const ConsoleOptions& options)
     if (!options.file.empty()) {
         frame->Open(options.file);
     }
+}
+
+void ConsoleApp::OnExit()
+{
+    CloseAllFrames();
 }

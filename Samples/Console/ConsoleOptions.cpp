@@ -2,7 +2,6 @@
 
 #include "ConsoleMessages.h"
 
-#include <cwchar>
 #include <string_view>
 
 namespace {
@@ -15,21 +14,34 @@ void Complain(ConsoleOptions& options, unsigned id, const wchar_t* about = nullp
     }
 }
 
-// The value of the option before it; null: there is none.
-bool ParseLines(const wchar_t* text, ConsoleOptions& options)
+// What follows an option; null where nothing does.
+class Values
 {
-    wchar_t* end = nullptr;
-    const unsigned long value = text ? std::wcstoul(text, &end, 10) : 0;
-    if (!text || *text < L'0' || *text > L'9' || *end != L'\0' || value < 1 ||
-        value > ConsoleOptions::mostLines) {
+public:
+    Values(int& index, int count, const wchar_t* const* arguments)
+        : last(index), end(count), all(arguments)
+    {}
+    const wchar_t* Next() { return ++last < end ? all[last] : nullptr; }
+
+private:
+    int& last;
+    const int end;
+    const wchar_t* const* const all;
+};
+
+bool ParseLines(Values& values, ConsoleOptions& options)
+{
+    unsigned long lines = 0;
+    if (!ParseNumber(values.Next(), 1, ConsoleOptions::mostLines, lines)) {
         return false;
     }
-    options.lineLimit = value;
+    options.lineLimit = lines;
     return true;
 }
 
-bool ParseLanguage(const wchar_t* text, ConsoleOptions& options)
+bool ParseLanguage(Values& values, ConsoleOptions& options)
 {
+    const wchar_t* const text = values.Next();
     const std::wstring_view name = text ? text : L"";
     if (name == L"en") {
         options.language = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
@@ -39,21 +51,30 @@ bool ParseLanguage(const wchar_t* text, ConsoleOptions& options)
     return options.language != 0;
 }
 
-bool ParseFolder(const wchar_t* text, ConsoleOptions& options)
+bool ParseFolder(Values& values, ConsoleOptions& options)
 {
+    const wchar_t* const text = values.Next();
     options.settings = text ? text : L"";
     return !options.settings.empty();
+}
+
+bool ParsePeer(Values& values, ConsoleOptions& options)
+{
+    const wchar_t* const host = values.Next();
+    options.peer.host = host ? host : L"";
+    return !options.peer.host.empty() && ParsePort(values.Next(), options.peer.port);
 }
 
 struct ValuedOption
 {
     std::wstring_view name;
-    bool (*parse)(const wchar_t* text, ConsoleOptions& options);
+    bool (*parse)(Values& values, ConsoleOptions& options);
     unsigned complaint;
 };
 
 constexpr ValuedOption valuedOptions[] = {
     {L"--buffer", &ParseLines, CONSOLE_WRONG_LINES},
+    {L"--connect", &ParsePeer, CONSOLE_WRONG_PEER},
     {L"--language", &ParseLanguage, CONSOLE_WRONG_LANGUAGE},
     {L"--settings", &ParseFolder, CONSOLE_NO_FOLDER},
 };
@@ -95,9 +116,10 @@ ConsoleOptions ParseConsoleOptions(int count, const wchar_t* const* arguments)
     ConsoleOptions options;
     for (int i = 1; i < count; ++i) {
         const ValuedOption* const valued = FindValued(arguments[i]);
+        Values values(i, count, arguments);
         if (!valued) {
             ParsePlain(arguments[i], options);
-        } else if (!valued->parse(++i < count ? arguments[i] : nullptr, options)) {
+        } else if (!valued->parse(values, options)) {
             Complain(options, valued->complaint);
         }
     }

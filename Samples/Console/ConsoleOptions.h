@@ -1,6 +1,8 @@
 // ConsoleOptions.h: what the command line asks for.
 #pragma once
 
+#include "Peer.h"
+
 #include <YReportMessageParams.h>
 
 #include <string>
@@ -10,6 +12,7 @@ struct ConsoleOptions
     static constexpr unsigned mostLines = 1'000'000;
 
     std::wstring file;  // empty: none
+    Peer peer;  // to connect to
     unsigned lineLimit = 0;  // lines kept, 1 to mostLines; 0: as the settings say
     bool split = false;
     bool outline = false;

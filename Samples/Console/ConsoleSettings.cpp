@@ -15,6 +15,7 @@ constexpr wchar_t keyName[] = L"Console";
 constexpr wchar_t recentKeyName[] = L"Recent Files";
 constexpr wchar_t policyName[] = L"Buffer Lines";
 constexpr unsigned defaultLines = 100'000;
+constexpr unsigned defaultPort = 23;  // of hosts to type to
 constexpr int tenthsPerInch = 720;  // of points
 
 int GetSystemResolution()
@@ -69,9 +70,7 @@ bool ConsoleSettings::Load(YReportMessageParams& error)
         error = GetReason(store, key);
         return error.GetMessageId() == ERROR_FILE_NOT_FOUND;  // the first run
     }
-    for (YProfileData* data :
-         {static_cast<YProfileData*>(&lineLimit), static_cast<YProfileData*>(&font),
-          static_cast<YProfileData*>(&placement)}) {
+    for (YProfileData* const data : GetValues()) {
         data->Read(key);
     }
     LoadRecentFiles(key);
@@ -80,9 +79,9 @@ bool ConsoleSettings::Load(YReportMessageParams& error)
 
 bool ConsoleSettings::Save(YReportMessageParams& error)
 {
-    const bool changed =
-        lineLimit.IsModified() || font.IsModified() || placement.IsModified() || recentFilesChanged;
-    if (!changed) {
+    const auto values = GetValues();
+    const auto isModified = [](const YProfileData* data) { return data->IsModified(); };
+    if (std::none_of(values.begin(), values.end(), isModified) && !recentFilesChanged) {
         return true;
     }
     const YProfileStore store;
@@ -91,8 +90,8 @@ bool ConsoleSettings::Save(YReportMessageParams& error)
         error = GetReason(store, key);
         return false;
     }
-    if (!SaveValue(lineLimit, key, error) || !SaveValue(font, key, error) ||
-        !SaveValue(placement, key, error) || !SaveRecentFiles(key, error)) {
+    const auto save = [&](YProfileData* data) { return SaveValue(*data, key, error); };
+    if (!std::all_of(values.begin(), values.end(), save) || !SaveRecentFiles(key, error)) {
         return false;
     }
     if (!key.Flush()) {
@@ -142,6 +141,18 @@ void ConsoleSettings::SetFont(const LOGFONT& chosen)
     const int tenths = ::MulDiv(std::abs(chosen.lfHeight), tenthsPerInch, GetSystemResolution());
     font.Set(YUnicodeString(YFormatText(L"%1!d! %2!d! %3!d! %4", tenths, chosen.lfWeight,
                                         chosen.lfItalic ? 1 : 0, chosen.lfFaceName)));
+}
+
+Peer ConsoleSettings::GetPeer() const
+{
+    const unsigned last = port.Get() >= 1 && port.Get() <= 65'535 ? port.Get() : defaultPort;
+    return {std::wstring(host.Get().c_str()), static_cast<unsigned short>(last)};
+}
+
+void ConsoleSettings::SetPeer(const Peer& peer)
+{
+    host.Set(YUnicodeString(peer.host));
+    port.Set(peer.port);
 }
 
 void ConsoleSettings::AddRecentFile(const std::wstring& path)

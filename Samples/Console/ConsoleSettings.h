@@ -2,12 +2,14 @@
 #pragma once
 
 #include "ConsoleOptions.h"
+#include "Peer.h"
 
 #include <YProfileData.h>
 #include <YProfileWindowPlacement.h>
 
 #include <windows.h>
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -36,15 +38,25 @@ public:
     void AddRecentFile(const std::wstring& path);
     void RemoveRecentFile(const std::wstring& path);
 
+    // The one that was connected to last; without a host: nobody.
+    Peer GetPeer() const;
+    void SetPeer(const Peer& peer);
+
     YProfileWindowPlacement& GetPlacement() { return placement; }
 
 private:
+    std::array<YProfileData*, 5> GetValues()
+    {
+        return {&lineLimit, &font, &host, &port, &placement};
+    }
     void LoadRecentFiles(const YProfileKey& key);
     bool SaveRecentFiles(const YProfileKey& key, YReportMessageParams& error);
 
     YProfile2<unsigned, YProfileDword> lineLimit{L"Buffer Lines", 100'000};
     unsigned lockedLines = 0;  // what the administrator wants; 0: the user may choose
     YProfile2<YUnicodeString, YProfileSz> font{L"Font"};
+    YProfile2<YUnicodeString, YProfileSz> host{L"Host"};
+    YProfile2<unsigned, YProfileDword> port{L"Port", 23};
     YProfileWindowPlacement placement{L"Window"};
     std::vector<std::wstring> recentFiles;
     bool recentFilesChanged = false;

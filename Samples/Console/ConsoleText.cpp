@@ -35,7 +35,7 @@ const std::wstring& LoadText(UINT id)
     return text->second;
 }
 
-std::wstring FormatNumber(unsigned number)
+std::wstring FormatNumber(ULONGLONG number)
 {
     const std::wstring& separator = LoadText(IDS_THOUSANDS);
     std::wstring text = std::to_wstring(number);
@@ -45,7 +45,7 @@ std::wstring FormatNumber(unsigned number)
     return text;
 }
 
-std::wstring FormatCount(unsigned count, UINT oneId, UINT manyId)
+std::wstring FormatCount(ULONGLONG count, UINT oneId, UINT manyId)
 {
     return count == 1 ? LoadText(oneId) : FormatText(manyId, FormatNumber(count).c_str());
 }

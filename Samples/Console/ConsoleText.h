@@ -24,9 +24,9 @@ std::wstring FormatText(UINT id, Arguments... arguments)
 }
 
 // With a separator between thousands.
-std::wstring FormatNumber(unsigned number);
+std::wstring FormatNumber(ULONGLONG number);
 // "1 line", "2,000 lines": oneId is whole, manyId has %1 for the number.
-std::wstring FormatCount(unsigned count, UINT oneId, UINT manyId);
+std::wstring FormatCount(ULONGLONG count, UINT oneId, UINT manyId);
 
 // The words for an error of the system's, in one line.
 std::wstring GetErrorWords(DWORD error);

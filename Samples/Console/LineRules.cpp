@@ -13,6 +13,7 @@ constexpr std::size_t judgedLength = 200;  // characters: a log says early how b
 constexpr LineAttributes warning{LineSeverity::Warning, RGB(0x9A, 0x5B, 0x00)};
 constexpr LineAttributes error{LineSeverity::Error, RGB(0xC0, 0x1C, 0x1C)};
 constexpr LineAttributes notice{LineSeverity::Notice, RGB(0x70, 0x70, 0x70)};
+constexpr LineAttributes sent{LineSeverity::Sent, RGB(0x1A, 0x4F, 0xB4)};
 
 struct Word
 {
@@ -118,6 +119,11 @@ const LineAttributes* JudgeAt(const wchar_t* text, std::size_t place, std::size_
 const LineAttributes* GetNoticeAttributes()
 {
     return &notice;
+}
+
+const LineAttributes* GetSentAttributes()
+{
+    return &sent;
 }
 
 const LineAttributes* ClassifyLine(const wchar_t* text, std::size_t length)

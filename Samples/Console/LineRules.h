@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-enum class LineSeverity { Plain, Warning, Error, Notice };
+enum class LineSeverity { Plain, Warning, Error, Notice, Sent };
 
 // What a line's attribute pointer points to; null: a plain line. There is one constant record for
 // each severity.
@@ -17,6 +17,8 @@ struct LineAttributes
 
 // The record for lines of our own making, between those of the file.
 const LineAttributes* GetNoticeAttributes();
+// The record for lines that the user has sent.
+const LineAttributes* GetSentAttributes();
 
 // Judges a line by whole words in its first 200 characters, whatever their case: "error", "fatal",
 // "failed" and their like make an error, "warning" and its like a warning; an error outweighs.

@@ -77,15 +77,12 @@ std::wstring MakeRecentItem(std::size_t index, const std::wstring& path)
 
 }  // namespace
 
-BEGIN_MESSAGE_MAP(MainFrame, CFrameWnd)
-    ON_WM_CLOSE()
-    ON_WM_ENDSESSION()
+BEGIN_MESSAGE_MAP(MainFrame, ConsoleFrame)
     ON_WM_CREATE()
     ON_WM_DESTROY()
     ON_WM_TIMER()
     ON_MESSAGE(newsMessage, &MainFrame::OnNews)
     ON_WM_VSCROLL()
-    ON_WM_MOUSEWHEEL()
     ON_WM_DROPFILES()
     ON_COMMAND(ID_FILE_OPEN, &MainFrame::OnFileOpen)
     ON_COMMAND_RANGE(ID_FILE_MRU_FILE1, ID_FILE_MRU_FILE8, &MainFrame::OnRecentFile)
@@ -93,26 +90,14 @@ BEGIN_MESSAGE_MAP(MainFrame, CFrameWnd)
     ON_COMMAND(ID_FILE_FOLLOW, &MainFrame::OnFileFollow)
     ON_COMMAND(ID_FILE_CANCEL, &MainFrame::OnFileCancel)
     ON_COMMAND(ID_FILE_CLOSE, &MainFrame::OnFileClose)
-    ON_COMMAND(ID_EDIT_COPY, &MainFrame::OnEditCopy)
-    ON_COMMAND(ID_EDIT_SELECT_ALL, &MainFrame::OnEditSelectAll)
-    ON_COMMAND(ID_EDIT_CLEAR_ALL, &MainFrame::OnEditClear)
     ON_COMMAND(ID_VIEW_SPLIT, &MainFrame::OnViewSplit)
-    ON_COMMAND(ID_VIEW_OUTLINE, &MainFrame::OnViewOutline)
     ON_COMMAND_RANGE(ID_BUFFER_1000, ID_BUFFER_1000000, &MainFrame::OnBufferSize)
-    ON_COMMAND(ID_VIEW_FONT, &MainFrame::OnViewFont)
-    ON_COMMAND(ID_VIEW_START, &MainFrame::OnViewStart)
-    ON_COMMAND(ID_VIEW_END, &MainFrame::OnViewEnd)
-    ON_COMMAND(ID_APP_ABOUT, &MainFrame::OnAbout)
     ON_UPDATE_COMMAND_UI(ID_FILE_RELOAD, &MainFrame::OnUpdateHasFile)
     ON_UPDATE_COMMAND_UI(ID_FILE_MRU_FILE1, &MainFrame::OnUpdateRecentFiles)
     ON_UPDATE_COMMAND_UI(ID_FILE_FOLLOW, &MainFrame::OnUpdateFollow)
     ON_UPDATE_COMMAND_UI(ID_FILE_CANCEL, &MainFrame::OnUpdateCancel)
     ON_UPDATE_COMMAND_UI(ID_FILE_CLOSE, &MainFrame::OnUpdateHasFile)
-    ON_UPDATE_COMMAND_UI(ID_EDIT_COPY, &MainFrame::OnUpdateCopy)
-    ON_UPDATE_COMMAND_UI(ID_EDIT_SELECT_ALL, &MainFrame::OnUpdateHasLines)
-    ON_UPDATE_COMMAND_UI(ID_EDIT_CLEAR_ALL, &MainFrame::OnUpdateHasLines)
     ON_UPDATE_COMMAND_UI(ID_VIEW_SPLIT, &MainFrame::OnUpdateSplit)
-    ON_UPDATE_COMMAND_UI(ID_VIEW_OUTLINE, &MainFrame::OnUpdateOutline)
     ON_UPDATE_COMMAND_UI_RANGE(ID_BUFFER_1000, ID_BUFFER_1000000, &MainFrame::OnUpdateBufferSize)
     ON_UPDATE_COMMAND_UI(ID_BUFFER_LOCKED, &MainFrame::OnUpdateBufferLocked)
     ON_UPDATE_COMMAND_UI(ID_INDICATOR_PROGRESS, &MainFrame::OnUpdateProgress)
@@ -125,20 +110,15 @@ END_MESSAGE_MAP()
 
 bool MainFrame::Load(const ConsoleOptions& options, int& show)
 {
-    const bool asRemembered = options.lineLimit == 0 || settings.IsLineLimitLocked();
-    lineLimit = asRemembered ? settings.GetLineLimit() : options.lineLimit;
+    const bool asRemembered = options.lineLimit == 0 || GetSettings().IsLineLimitLocked();
+    lineLimit = asRemembered ? GetSettings().GetLineLimit() : options.lineLimit;
     follow = options.follow;
-    outline = options.outline;
     if (!LoadFrame(IDR_MAINFRAME)) {
         return false;
     }
-    settings.GetPlacement().Restore(m_hWnd, show);
-    LOGFONT font{};
-    if (settings.GetFont(font)) {
-        views.GetFirst().ChangeFont(font);
-    }
+    GetSettings().GetPlacement().Restore(m_hWnd, show);
+    ApplyLook(options.outline);
     views.GetFirst().SetLineLimit(lineLimit);
-    views.GetFirst().ChangeSelectionStyle(GetStyle());
     if (options.split) {
         views.Split(GetStyle());
     }
@@ -147,7 +127,7 @@ bool MainFrame::Load(const ConsoleOptions& options, int& show)
 
 int MainFrame::OnCreate(CREATESTRUCT* create)
 {
-    if (CFrameWnd::OnCreate(create) == -1 || !statusBar.Create(this) ||
+    if (ConsoleFrame::OnCreate(create) == -1 || !statusBar.Create(this) ||
         !statusBar.SetIndicators(indicators, std::size(indicators))) {
         return -1;
     }
@@ -162,47 +142,23 @@ BOOL MainFrame::OnCreateClient(LPCREATESTRUCT, CCreateContext*)
     return views.Create();
 }
 
-// While there is a window to say over that it went wrong.
-void MainFrame::OnClose()
-{
-    SaveSettings();
-    CFrameWnd::OnClose();
-}
-
-// Nobody is left to read a message.
-void MainFrame::OnEndSession(BOOL ending)
-{
-    if (ending) {
-        settings.GetPlacement().Remember(m_hWnd);
-        YReportMessageParams unheard;
-        settings.Save(unheard);
-    }
-    CFrameWnd::OnEndSession(ending);
-}
-
-void MainFrame::SaveSettings()
-{
-    settings.GetPlacement().Remember(m_hWnd);
-    YReportMessageParams error;
-    if (!settings.Save(error)) {
-        YReportMessageParams message(CONSOLE_SETTINGS_NOT_SAVED, ::AfxGetInstanceHandle());
-        message.AddInsert(error.GetTrimmedText());
-        YMessageBox(this, &message);
-    }
-}
-
 void MainFrame::OnDestroy()
 {
     candidate.reset();
     follower.reset();
-    CFrameWnd::OnDestroy();
+    ConsoleFrame::OnDestroy();
+}
+
+void MainFrame::RememberMore()
+{
+    GetSettings().GetPlacement().Remember(m_hWnd);
 }
 
 // Split, the pane is not the only one to share what the bars leave.
 void MainFrame::RecalcLayout(BOOL notify)
 {
     if (!views.IsSplit()) {
-        CFrameWnd::RecalcLayout(notify);
+        ConsoleFrame::RecalcLayout(notify);
         return;
     }
     if (laysOut) {
@@ -223,14 +179,6 @@ void MainFrame::OnVScroll(UINT code, UINT position, CScrollBar*)
     views.ScrollByBar(code, position);
 }
 
-// Over the bars, or with the focus on none of the views.
-BOOL MainFrame::OnMouseWheel(UINT flags, short delta, CPoint point)
-{
-    views.GetFirst().SendMessage(WM_MOUSEWHEEL, MAKEWPARAM(flags, delta),
-                                 MAKELPARAM(point.x, point.y));
-    return TRUE;
-}
-
 void MainFrame::OnDropFiles(HDROP drop)
 {
     std::wstring dropped(::DragQueryFileW(drop, 0, nullptr, 0), L'\0');
@@ -242,11 +190,6 @@ void MainFrame::OnDropFiles(HDROP drop)
 void MainFrame::ShowTitle()
 {
     SetWindowText(path.empty() ? L"Console" : (GetFileName(path) + L" - Console").c_str());
-}
-
-SelectionDrawStyle MainFrame::GetStyle() const
-{
-    return outline ? SelectionDrawStyle::Outline : SelectionDrawStyle::Filled;
 }
 
 // Lines
@@ -302,7 +245,7 @@ void MainFrame::JudgeCandidate()
     if (state.opened) {
         follower = std::move(candidate);
         path = follower->GetPath();
-        settings.AddRecentFile(path);
+        GetSettings().AddRecentFile(path);
         views.GetFirst().Clear();
         ShowTitle();
     } else if (state.ended) {
@@ -310,7 +253,7 @@ void MainFrame::JudgeCandidate()
         message.AddInsert(candidate->GetPath());
         message.AddInsert(GetErrorWords(state.error));
         if (state.error == ERROR_FILE_NOT_FOUND) {
-            settings.RemoveRecentFile(candidate->GetPath());
+            GetSettings().RemoveRecentFile(candidate->GetPath());
         }
         candidate.reset();
         YMessageBox(this, &message);
@@ -365,8 +308,8 @@ void MainFrame::OnFileOpen()
 void MainFrame::OnRecentFile(UINT id)
 {
     const std::size_t index = id - ID_FILE_MRU_FILE1;
-    if (index < settings.GetRecentFiles().size()) {
-        Open(settings.GetRecentFiles()[index]);
+    if (index < GetSettings().GetRecentFiles().size()) {
+        Open(GetSettings().GetRecentFiles()[index]);
     }
 }
 
@@ -409,21 +352,6 @@ void MainFrame::OnFileClose()
     ShowTitle();
 }
 
-void MainFrame::OnEditCopy()
-{
-    views.GetFirst().Copy();
-}
-
-void MainFrame::OnEditSelectAll()
-{
-    views.GetFirst().SelectAllLines();
-}
-
-void MainFrame::OnEditClear()
-{
-    views.GetFirst().Clear();
-}
-
 void MainFrame::OnViewSplit()
 {
     if (views.IsSplit()) {
@@ -437,49 +365,15 @@ void MainFrame::OnViewSplit()
     }
 }
 
-void MainFrame::OnViewOutline()
-{
-    outline = !outline;
-    views.GetFirst().ChangeSelectionStyle(GetStyle());
-}
-
 void MainFrame::OnBufferSize(UINT id)
 {
     try {
         views.GetFirst().SetLineLimit(bufferSizes[id - ID_BUFFER_1000]);
         lineLimit = bufferSizes[id - ID_BUFFER_1000];
-        settings.SetLineLimit(lineLimit);
+        GetSettings().SetLineLimit(lineLimit);
     } catch (const std::bad_alloc&) {
         GiveUpForMemory();
     }
-}
-
-void MainFrame::OnViewFont()
-{
-    LOGFONT font = views.GetFirst().GetShownFont();
-    CFontDialog dialog(&font, CF_SCREENFONTS | CF_FIXEDPITCHONLY | CF_INITTOLOGFONTSTRUCT, nullptr,
-                       this);
-    if (dialog.DoModal() == IDOK) {
-        dialog.GetCurrentFont(&font);
-        views.GetFirst().ChangeFont(font);
-        settings.SetFont(font);
-    }
-}
-
-void MainFrame::OnViewStart()
-{
-    views.GetFirst().GoToStart();
-}
-
-void MainFrame::OnViewEnd()
-{
-    views.GetFirst().GoToEnd();
-}
-
-void MainFrame::OnAbout()
-{
-    const YReportMessageParams message(CONSOLE_ABOUT, ::AfxGetInstanceHandle());
-    YMessageBox(this, &message, MB_ICONINFORMATION);
 }
 
 // The state of commands and panes
@@ -499,38 +393,23 @@ void MainFrame::OnUpdateCancel(CCmdUI* item)
     item->Enable(IsLoading());
 }
 
-void MainFrame::OnUpdateCopy(CCmdUI* item)
-{
-    item->Enable(views.GetFirst().CanCopy());
-}
-
-void MainFrame::OnUpdateHasLines(CCmdUI* item)
-{
-    item->Enable(views.GetFirst().HasLines());
-}
-
 void MainFrame::OnUpdateSplit(CCmdUI* item)
 {
     item->SetCheck(views.IsSplit());
-}
-
-void MainFrame::OnUpdateOutline(CCmdUI* item)
-{
-    item->SetCheck(outline);
 }
 
 void MainFrame::OnUpdateBufferSize(CCmdUI* item)
 {
     item->SetRadio(bufferSizes[item->m_nID - ID_BUFFER_1000] == lineLimit);
     if (!item->m_pSubMenu) {  // the menu itself opens, to say why
-        item->Enable(!settings.IsLineLimitLocked());
+        item->Enable(!GetSettings().IsLineLimitLocked());
     }
 }
 
 // Says why the sizes cannot be chosen; gone where they can.
 void MainFrame::OnUpdateBufferLocked(CCmdUI* item)
 {
-    if (settings.IsLineLimitLocked()) {
+    if (GetSettings().IsLineLimitLocked()) {
         const std::wstring lines = FormatNumber(lineLimit);
         item->SetText(FormatText(IDS_BUFFER_LOCKED, lines.c_str()).c_str());
         item->Enable(FALSE);
@@ -542,7 +421,7 @@ void MainFrame::OnUpdateBufferLocked(CCmdUI* item)
 // The one item stands for the whole submenu.
 void MainFrame::OnUpdateRecentFiles(CCmdUI* item)
 {
-    const std::vector<std::wstring>& files = settings.GetRecentFiles();
+    const std::vector<std::wstring>& files = GetSettings().GetRecentFiles();
     item->Enable(!files.empty());
     if (!item->m_pMenu || item->m_pSubMenu || files.empty()) {
         return;
