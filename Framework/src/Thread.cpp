@@ -43,6 +43,24 @@ CWinThread* StartThread(std::unique_ptr<CWinThread> thread, int priority, UINT s
     return started;
 }
 
+void UpdateCommandsOf(CWnd& window)
+{
+    if (window.IsWindowVisible()) {
+        window.SendMessage(WM_IDLEUPDATECMDUI, TRUE);
+        window.SendMessageToDescendants(WM_IDLEUPDATECMDUI, TRUE, 0, TRUE, TRUE);
+    }
+}
+
+BOOL CALLBACK UpdateOtherFrame(HWND handle, LPARAM mainWindow) noexcept
+{
+    CWnd* const window = CWnd::FromHandlePermanent(handle);
+    if (window != nullptr && window != reinterpret_cast<CWnd*>(mainWindow) &&
+        window->IsFrameWnd()) {
+        UpdateCommandsOf(*window);
+    }
+    return TRUE;
+}
+
 }  // namespace
 
 CWinThread::CWinThread(AFX_THREADPROC pfnThreadProc, LPVOID pParam)
@@ -170,15 +188,15 @@ BOOL CWinThread::OnIdle(LONG lCount)
     return lCount < 1;
 }
 
+// The main window and every other frame of the thread.
 void CWinThread::UpdateCommands()
 {
     CWnd* const mainWindow = m_pMainWnd;
-    if (mainWindow == nullptr || mainWindow->GetSafeHwnd() == nullptr ||
-        !mainWindow->IsWindowVisible()) {
-        return;
+    if (mainWindow != nullptr && mainWindow->GetSafeHwnd() != nullptr) {
+        UpdateCommandsOf(*mainWindow);
     }
-    mainWindow->SendMessage(WM_IDLEUPDATECMDUI, TRUE);
-    mainWindow->SendMessageToDescendants(WM_IDLEUPDATECMDUI, TRUE, 0, TRUE, TRUE);
+    ::EnumThreadWindows(::GetCurrentThreadId(), &UpdateOtherFrame,
+                        reinterpret_cast<LPARAM>(mainWindow));
 }
 
 BOOL CWinThread::IsIdleMessage(MSG* pMsg)
