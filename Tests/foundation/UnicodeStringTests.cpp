@@ -9,17 +9,6 @@
 #include <string>
 #include <utility>
 
-TEST(YUnicodeString, ConvertsFromAndToTheFrameworksString)
-{
-    const CString framework(L"a\xE9\x4E2D");
-    const YUnicodeString text(framework);
-    EXPECT_EQ(text.GetLength(), 3u);
-    EXPECT_STREQ(text.c_str(), framework);
-    const CString back = text;
-    EXPECT_TRUE(back == framework);
-    EXPECT_TRUE(YUnicodeString(static_cast<const wchar_t*>(nullptr)).IsEmpty());
-}
-
 TEST(YUnicodeString, ComparesByUnitAndCase)
 {
     const YUnicodeString a(L"a");
@@ -28,16 +17,6 @@ TEST(YUnicodeString, ComparesByUnitAndCase)
     EXPECT_TRUE(a < L"ab");
     EXPECT_TRUE(YUnicodeString(L"\xFF21") > YUnicodeString(L"\xD800"));
     EXPECT_FALSE(YUnicodeString(L"a\0b", 3) == a);
-}
-
-TEST(YUnicodeString, Appends)
-{
-    YUnicodeString text = YUnicodeString(L"a") + L"b";
-    text += L"cd";
-    text += L'e';
-    text += YUnicodeString(L"f");
-    text += text;
-    EXPECT_STREQ(text.c_str(), L"abcdefabcdef");
 }
 
 TEST(YUnicodeString, ConvertsCodePages)

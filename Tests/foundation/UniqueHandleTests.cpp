@@ -42,15 +42,3 @@ TEST(YUniqueHandle, ClosesOnceAndKeepsTheLastError)
     EXPECT_EQ(closed, 3);
     EXPECT_EQ(::GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
 }
-
-TEST(YGlobalLock, HoldsTheBlockLockedForItsLife)
-{
-    const YUniqueGlobalMemory block(::GlobalAlloc(GMEM_MOVEABLE, 8));
-    {
-        const YGlobalLock lock(block.Get());
-        ASSERT_TRUE(lock);
-        EXPECT_EQ(::GlobalFlags(block.Get()) & GMEM_LOCKCOUNT, 1u);
-    }
-    EXPECT_EQ(::GlobalFlags(block.Get()) & GMEM_LOCKCOUNT, 0u);
-    EXPECT_FALSE(YGlobalLock(nullptr));
-}

@@ -3,9 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <thread>
 #include <utility>
-#include <vector>
 
 namespace {
 
@@ -22,26 +20,6 @@ private:
 using Pointer = YUnknownPointer<Object>;
 
 }  // namespace
-
-TEST(YUnknown, CountsAcrossThreads)
-{
-    int live = 0;
-    const Pointer object = Pointer::Make(live);
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([shared = object] {
-            for (int round = 0; round < 50'000; ++round) {
-                const Pointer another = shared;
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    threads.clear();
-    EXPECT_EQ(object->AddRef(), 2u);
-    EXPECT_EQ(object->Release(), 1u);
-}
 
 TEST(YUnknown, TheSlotsStandInTheirOrder)
 {

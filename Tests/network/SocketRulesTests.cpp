@@ -25,7 +25,6 @@ struct NetworkState
     int failure = 0;  // of receiving
     bool isFailureLasting = false;
     std::size_t room = 0;  // for what is sent
-    int extra = 0;  // that send tells of beyond what it took
     std::string sent, log;
     std::map<std::size_t, unsigned> pieces;  // of what was sent, by their ends
     std::vector<std::pair<HWND, UINT>> posts;
@@ -85,7 +84,7 @@ private:
         if (taken > 0) {
             state.pieces[state.sent.size()] = static_cast<unsigned>(taken);
         }
-        return taken > 0 ? taken + state.extra : Fail(WSAEWOULDBLOCK);
+        return taken > 0 ? taken : Fail(WSAEWOULDBLOCK);
     }
     static BOOL WINAPI Post(HWND window, UINT message, WPARAM, LPARAM)
     {
@@ -208,14 +207,12 @@ public:
         case 'M': EXPECT_EQ(socket->Create(MakeLoopback(1).Get()), 0U); break;
         case 'C': socket->Connect(Next(), MakeLoopback(2).Get()); break;
         case 'R': socket->Read(Next(), MakeRoom(4).Get()); break;
-        case '0': socket->Read(Next(), MakeRoom(0).Get()); break;
         case 'O': socket->ReadOOB(Next(), MakeRoom(4).Get()); break;
         case 'W': socket->Write(Next(), MakeBytes("0123456789").Get()); break;
         case 'Z': socket->Close(); break;
         case 'U': socket->SetSink(nullptr); break;
         case 'I': resolver->answersInside = true; [[fallthrough]];
-        case 'N': ConnectByName("host.example"); break;
-        case 'D': ConnectByName("10.0.0.1"); break;
+        case 'N': ConnectByName(); break;
         case 'T': throw std::runtime_error("a callback");
         case 'c': socket->OnConnect(0); break;
         case 'i': net.arrived += net.hasEnded ? 0 : 5; break;  // not told yet
@@ -228,7 +225,6 @@ public:
         case 'y': socket->OnClose(0); break;
         case 'g': net.isFailureLasting = true; [[fallthrough]];
         case 'f': net.failure = WSAECONNABORTED; break;
-        case '+': net.extra = 1; break;
         case 'a': resolver->Answer(0, ERROR_SUCCESS, true); break;
         case 'b': resolver->Answer(1, ERROR_SUCCESS, true); break;
         case '!': resolver->Answer(0, WSATRY_AGAIN, false); break;
@@ -257,11 +253,12 @@ private:
             Run(onFailure);
         }
     }
-    void ConnectByName(const char* name)
+    void ConnectByName()
     {
         const auto answer = YUnknownPointer<ResolverSink>::Make([this] { Run(onResolved); });
         void* const context = Next();
-        socket->Connect(context, name, static_cast<unsigned short>(100 + requests), answer.Get());
+        socket->Connect(context, "host.example", static_cast<unsigned short>(100 + requests),
+                        answer.Get());
     }
     // Messages that were posted come.
     void TakeTurn()
@@ -374,16 +371,8 @@ TEST_P(SocketPlays, AreToldSo)
 INSTANTIATE_TEST_SUITE_P(
     Network, SocketPlays,
     testing::Values(
-        PlayCase{"LastPieceCounts", "MWss", "write1:0/4 "},
-        PlayCase{"SendTellsTooMuch", "M+Wss", "write1:0/3 "},
-        PlayCase{"SecondConnectIsIgnored", "MCCcc.", "->2 connect1:0 "},
-        PlayCase{"EndBeforeCloseIsToldOnce", "MReqRx", "read1:0 read2:995 "},
         PlayCase{"CloseLeavesNoByte", "MiiRRRRx", "read1:0/4 read2:0/4 read3:0/2 read4:0 "},
         PlayCase{"CloseWithNothingYet", "MRyr", "read1:0/4 "},
-        PlayCase{"NoRoomTakesNoEnd", "Mx0RR.", "read1:0 read2:0 read3:995 "},
-        PlayCase{"NoRoomKeepsReadiness", "Mr0R.", "read1:0 read2:0/4 "},
-        PlayCase{"ReadinessForNothing", "MRqqr", "read1:0/4 "},
-        PlayCase{"FailureGoesOnWithTheNext", "MRRfr", "read1:10053 read2:0/4 "},
         PlayCase{"SinkGoesInsideItsCall", "MRRfr", "read1:10053 ", "", "U"},
         PlayCase{"UrgentReadsAreNeverAnswered", "MOoOoZ.", ""},
         PlayCase{"ReadsForEverEndTheirTurn", "MRRgqq",
@@ -400,13 +389,9 @@ INSTANTIATE_TEST_SUITE_P(
                     PlayCase{"Later", "Nac", "resolved:0 ->101 connect1:0 "},
                     PlayCase{"WithoutSuccess", "N!.", "resolved:11002 connect1:11002 "},
                     PlayCase{"WithoutAddress", "N-.", "resolved:0 connect1:11001 "},
-                    PlayCase{"Twice", "Naac.", "resolved:0 ->101 connect1:0 "},
                     PlayCase{"AfterClose", "NZa.", "connect1:995 "},
                     PlayCase{"CloseAndAnew", "NZNabc", "connect1:995 resolved:0 ->102 connect2:0 "},
-                    PlayCase{"CloseAndAnewFirst", "NZNbac",
-                             "connect1:995 resolved:0 ->102 connect2:0 "},
-                    PlayCase{"NumbersAskNobody", "Dc", "->101 connect1:0 "},
-                    PlayCase{"SecondIsIgnored", "NNCDac", "resolved:0 ->101 connect1:0 "},
+                    PlayCase{"SecondIsIgnored", "NNCNac", "resolved:0 ->101 connect1:0 "},
                     PlayCase{"EventOfAnEarlierConnect", "Ncac", "resolved:0 ->101 connect1:0 "},
                     PlayCase{"SinkCloses", "Na.", "resolved:0 connect1:995 ", "Z"},
                     PlayCase{"SinkConnectsOtherwise", "MNa.c",

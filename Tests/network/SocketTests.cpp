@@ -353,32 +353,6 @@ TEST(SocketAccept, TakesThoseThatCameEarly)
     EXPECT_TRUE(listener.sink->receiver->Equals(listener.address.Get()));
 }
 
-TEST(SocketStream, MayBeClosedOneWay)
-{
-    Connection pair;
-    EXPECT_EQ(pair.client.socket->Shutdown(SD_SEND), 0U);
-    pair.server.socket->Read(Context(1), MakeRoom(9).Get());
-    ASSERT_TRUE(pair.server.sink->WaitForCount(1));
-    pair.client.socket->Read(Context(2), MakeRoom(9).Get());
-    pair.server.socket->Write(Context(3), MakeBytes("still").Get());
-    ASSERT_TRUE(pair.client.sink->WaitForCount(1) && pair.server.sink->WaitForCount(2));
-    EXPECT_EQ(pair.client.sink->received, "still");
-    EXPECT_EQ(pair.server.sink->answers.front(), (SocketAnswer{"read", Context(1)}));
-}
-
-TEST(SocketStream, CarriesTheUrgentByteInlineWhereAsked)
-{
-    const BOOL on = TRUE;
-    Connection pair;
-    ASSERT_EQ(pair.server.socket->SetSockOpt(SO_OOBINLINE, &on, sizeof on, SOL_SOCKET), 0U);
-    pair.server.socket->Read(Context(1), MakeRoom(9).Get());
-    pair.client.socket->WriteOOB(Context(2), MakeBytes("!").Get());
-    ASSERT_TRUE(pair.server.sink->WaitForCount(1) && pair.client.sink->WaitForCount(1));
-    EXPECT_EQ(pair.server.sink->answers.front(), (SocketAnswer{"read", Context(1), 0, 1}));
-    EXPECT_EQ(pair.server.sink->received, "!");
-    EXPECT_EQ(pair.client.sink->answers.front(), (SocketAnswer{"writeOOB", Context(2), 0, 1}));
-}
-
 TEST(SocketStream, QueuesForASlowReaderWithoutCopies)
 {
     constexpr unsigned count = 1000, size = 8389;  // 8 MiB
@@ -413,19 +387,6 @@ TEST(SocketStream, QueuesForASlowReaderWithoutCopies)
     pair.server.sink->onAnswer = {};
 }
 
-TEST(SocketConnect, IsRefusedWhereNobodyListens)
-{
-    const auto free = Listener().address;  // closed by now
-    const End end;
-    const auto socket = YUnknownPointer<YIoSocket>::Make();
-    socket->SetSink(end.sink.Get());
-    socket->CreateAndConnect(Context(1), "127.0.0.1", free->GetPort(), nullptr);
-    ASSERT_TRUE(end.sink->WaitForCount(1));
-    EXPECT_EQ(end.sink->answers.front(), (SocketAnswer{"connect", Context(1), WSAECONNREFUSED}));
-    IInternetAddress* peer = nullptr;
-    EXPECT_EQ(socket->GetPeerName(peer), unsigned{WSAENOTCONN});
-}
-
 TEST(SocketOptions, HoldBeforeTheSocketAndAfter)
 {
     const BOOL on = TRUE;
@@ -443,12 +404,6 @@ TEST(SocketOptions, HoldBeforeTheSocketAndAfter)
         int length = sizeof value;
         EXPECT_EQ(socket->GetSockOpt(option, &value, &length, level), 0U);
         EXPECT_TRUE(value) << option;
-    }
-    for (const bool isInheritable : {true, false}) {
-        DWORD flags = 0;
-        EXPECT_EQ(socket->EnableInheritance(isInheritable), 0U);
-        ::GetHandleInformation(reinterpret_cast<HANDLE>(socket->m_hSocket), &flags);
-        EXPECT_EQ((flags & HANDLE_FLAG_INHERIT) != 0, isInheritable);
     }
 }
 

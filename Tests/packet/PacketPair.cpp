@@ -467,7 +467,7 @@ private:
 
     bool InsertBuffer()
     {
-        const Bytes bytes = ChooseBytes(8);
+        const Bytes bytes = ChooseBytes(choose(20) == 0 ? 300 : 8);
         const unsigned capacity = Count(bytes) + choose(4);
         YUnknownPointer<IBuffer> buffer = YUnknownPointer<HostBuffer>::Make(capacity);
         if (choose(2) == 0) {

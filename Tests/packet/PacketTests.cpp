@@ -71,28 +71,14 @@ TEST(YPacket, WritesNothingThatIsTooLongForItsMode)
     constexpr std::pair<unsigned, unsigned> longest[] = {{PacketLength::TwoBytes, 65535},
                                                          {PacketLength::OneByte, 255}};
     for (const auto& [mode, most] : longest) {
-        for (const unsigned length : {most, most + 1}) {
-            const std::string narrow(length, 'x');
-            const std::wstring wide(length, L'x');
-            const auto other = MakePacket();
-            other->WriteString(narrow.c_str(), PacketLength::None);
-            const auto packet = MakePacket();
-            const bool fits = length == most;
-            EXPECT_EQ(packet->WriteString(narrow.c_str(), mode), fits);
-            EXPECT_EQ(packet->WriteString(wide.c_str(), mode), fits);
-            EXPECT_EQ(packet->WritePacket(other.Get(), mode), fits);
-            EXPECT_EQ(packet->WriteBuffer(TakeChunk(*other).Get(), mode), fits);
-            EXPECT_EQ(packet->GetTotalSize() > 0, fits);
-        }
-    }
-}
-
-TEST(YPacket, ReadsWhatIsWrittenAfterTheEndWasReached)
-{
-    const auto packet = MakePacket();
-    for (const unsigned char value : {1, 2}) {
-        packet->WriteByte(value);
-        EXPECT_EQ(ContentOf(*packet), Bytes{value});
+        const auto packet = MakePacket();
+        EXPECT_FALSE(packet->WriteString(std::string(most + 1, 'x').c_str(), mode));
+        EXPECT_FALSE(packet->WriteString(std::wstring(most + 1, L'x').c_str(), mode));
+        EXPECT_EQ(packet->GetTotalSize(), 0u);
+        EXPECT_TRUE(packet->WriteString(std::string(most, 'x').c_str(), mode));
+        const auto other = MakePacket();
+        EXPECT_FALSE(other->WritePacket(packet.Get(), mode));  // the length makes it too long
+        EXPECT_EQ(other->GetTotalSize(), 0u);
     }
 }
 
@@ -109,20 +95,6 @@ TEST(YPacket, TakesItselfIn)
     EXPECT_EQ(TakeChunk(*packet), chunk);
     TakeChunk(*packet);
     EXPECT_EQ(TakeChunk(*packet), chunk);  // by reference
-}
-
-TEST(YPacket, CountsNoFurtherThan32Bits)
-{
-    const auto packet = MakePacket();
-    const Bytes run(1 << 20);
-    packet->WriteBytes(run.data(), 1 << 20, PacketLength::None);
-    for (int doublings = 0; doublings < 12; ++doublings) {
-        ASSERT_TRUE(packet->WritePacket(packet.Get(), PacketLength::None));
-    }
-    EXPECT_EQ(packet->GetTotalSize(), npos);
-    EXPECT_EQ(packet->GetReadRemaining(), npos);
-    EXPECT_EQ(packet->GetWritePosition(), npos);
-    EXPECT_FALSE(packet->WritePacket(packet.Get(), PacketLength::FourBytes));
 }
 
 TEST(YPacket, TakesNoMemoryForALengthThatLies)
@@ -143,7 +115,6 @@ TEST(YPacket, TakesNoMemoryForALengthThatLies)
 
 TEST(YPacket, ReadsIntoAVariantThatItClearsAndTypes)
 {
-    constexpr auto allOfIt = static_cast<std::int64_t>(0xFEFEFEFEFEFEFEFE);
     const struct
     {
         bool (YPacket::*read)(VARIANT&);
@@ -151,12 +122,8 @@ TEST(YPacket, ReadsIntoAVariantThatItClearsAndTypes)
         std::int64_t value;  // of eight bytes 0xFE
     } cases[] = {{&YPacket::ReadBool, VT_BOOL, -1},
                  {&YPacket::ReadByte, VT_UI1, 0xFE},
-                 {&YPacket::ReadInt16, VT_I2, static_cast<std::int16_t>(0xFEFE)},
-                 {&YPacket::ReadUInt16, VT_UI2, 0xFEFE},
-                 {&YPacket::ReadInt32, VT_I4, static_cast<std::int32_t>(0xFEFEFEFE)},
                  {&YPacket::ReadUInt32, VT_UI4, 0xFEFEFEFE},
-                 {&YPacket::ReadInt64, VT_I8, allOfIt},
-                 {&YPacket::ReadUInt64, VT_UI8, allOfIt}};
+                 {&YPacket::ReadUInt64, VT_UI8, static_cast<std::int64_t>(0xFEFEFEFEFEFEFEFE)}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.type);
         const auto packet = MakePacket();

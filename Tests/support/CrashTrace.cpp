@@ -9,9 +9,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <cxxabi.h>
-#include <exception>
-#include <typeinfo>
 
 namespace {
 
@@ -97,29 +94,11 @@ LONG CALLBACK OnException(EXCEPTION_POINTERS* exception)
     End();
 }
 
+// Also the end of an exception that nobody catches: the run time has said what it was, and nothing
+// has been unwound, so that the throw is among the calls.
 void OnAbort(int)
 {
     Write("crash: abort\n");
-    PrintCalls(0, reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)));
-    End();
-}
-
-[[noreturn]] void OnTerminate()
-{
-    char line[1024] = "crash: std::terminate\n";
-    if (const std::type_info* type = abi::__cxa_current_exception_type()) {
-        const char* text = "";
-        try {
-            throw;
-        } catch (const std::exception& exception) {
-            text = exception.what();
-        } catch (...) {
-            text = "not a std::exception";
-        }
-        std::snprintf(line, sizeof line, "crash: uncaught %s: %s\n", type->name(), text);
-    }
-    Write(line);
-    // Nothing has been unwound: the throw is among them.
     PrintCalls(0, reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)));
     End();
 }
@@ -131,5 +110,4 @@ void InstallCrashTrace()
     ::SetErrorMode(SEM_NOGPFAULTERRORBOX | SEM_FAILCRITICALERRORS);
     ::AddVectoredExceptionHandler(1, OnException);
     std::signal(SIGABRT, OnAbort);
-    std::set_terminate(OnTerminate);
 }

@@ -113,29 +113,10 @@ void TurnWheel(HWND window, POINT point, int delta)
     SendMouse(MOUSEEVENTF_WHEEL, static_cast<DWORD>(delta));
 }
 
-void PressKey(WORD virtualKey)
-{
-    SendKey(virtualKey, 0);
-}
-
-void ReleaseKey(WORD virtualKey)
-{
-    SendKey(virtualKey, KEYEVENTF_KEYUP);
-}
-
 void TypeKey(WORD virtualKey)
 {
-    PressKey(virtualKey);
-    ReleaseKey(virtualKey);
-}
-
-// A window that has just got the focus takes over the display's key state once, and with it loses
-// keys that the display has not seen: pressed again until it holds.
-HeldKey::HeldKey(WORD virtualKey) : key(virtualKey)
-{
-    for (int tries = 0; tries < 20 && ::GetKeyState(key) >= 0; ++tries) {
-        PressKey(key);
-    }
+    SendKey(virtualKey, 0);
+    SendKey(virtualKey, KEYEVENTF_KEYUP);
 }
 
 bool Activate(HWND window)

@@ -22,23 +22,8 @@ void DragLeft(HWND window, POINT from, POINT to);
 // Turns the wheel over the point; delta in wheel units (120 a notch).
 void TurnWheel(HWND window, POINT point, int delta);
 
-// Keys, to whichever window has the focus.
-void PressKey(WORD virtualKey);
-void ReleaseKey(WORD virtualKey);
+// A key, to whichever window has the focus.
 void TypeKey(WORD virtualKey);
-
-// Holds a key (Shift, Alt, Control) for the life of the object.
-class HeldKey
-{
-public:
-    explicit HeldKey(WORD virtualKey);
-    ~HeldKey() { ReleaseKey(key); }
-    HeldKey(const HeldKey&) = delete;
-    HeldKey& operator=(const HeldKey&) = delete;
-
-private:
-    WORD key;
-};
 
 // Brings a window to the front and gives it the focus, as a click on its caption would.
 bool Activate(HWND window);

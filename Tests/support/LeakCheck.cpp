@@ -98,18 +98,9 @@ bool IsOurs(HWND window)
     return process == ::GetCurrentProcessId();
 }
 
-BOOL CALLBACK CountChild(HWND, LPARAM count)
-{
-    ++*reinterpret_cast<long*>(count);
-    return TRUE;
-}
-
 BOOL CALLBACK CountTopLevel(HWND window, LPARAM count)
 {
-    if (IsOurs(window)) {
-        ++*reinterpret_cast<long*>(count);
-        ::EnumChildWindows(window, CountChild, count);
-    }
+    *reinterpret_cast<long*>(count) += IsOurs(window);
     return TRUE;
 }
 

@@ -8,7 +8,7 @@ struct ResourceCounts
 {
     long gdiObjects = 0;  // pens, bitmaps, device contexts, ...
     long kernelHandles = 0;
-    long windows = 0;  // of every thread, children and message-only ones included
+    long windows = 0;  // of every thread, message-only ones included, children not
     long windowHooks = 0;  // SetWindowsHookEx by our DLLs
     long blocks = 0;  // made by operator new in any module, reference-counted objects included
 

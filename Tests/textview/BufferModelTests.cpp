@@ -1,5 +1,4 @@
-// The buffer against two models that follow its rules and not its code: a plain list of lines, and
-// the slots of the ring where the rules speak of slots.
+// The buffer against a model that follows its rules and not its code.
 
 #include "textview/Lines.h"
 #include "textview/YTextViewBuffer.h"
@@ -7,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <deque>
 #include <optional>
 #include <random>
 #include <string>
@@ -37,7 +35,6 @@ public:
     unsigned GetCount() const { return count; }
     unsigned GetMaxLength() const { return maxLength; }
     const ModelLine& At(unsigned line) const { return slots[(head + line) % slots.size()]; }
-    const std::deque<ModelLine>& GetText() const { return text; }
     bool Wraps() const { return head + count > GetCapacity(); }
 
     // Returns how many lines were lost.
@@ -67,18 +64,10 @@ public:
         if (dropped) {
             DropOldest(count - size);
         }
-        // A wrapped ring that shrinks, but not down to its lines, reads them at other places.
-        const bool mixesLines = head + count > capacity && size < capacity && size != count;
         if (head != 0) {
             MoveLines(size);
         }
         slots.resize(size);
-        if (mixesLines) {
-            text.clear();
-            for (unsigned i = 0; i < count; ++i) {
-                text.push_back(At(i));
-            }
-        }
         return dropped;
     }
 
@@ -88,7 +77,6 @@ public:
     {
         Slot(count - 1) = {};
         --count;
-        text.pop_back();
     }
 
 private:
@@ -99,7 +87,6 @@ private:
         const unsigned slot = (head + count) % GetCapacity();
         slots[slot] = line;
         ++count;
-        text.push_back(line);
         if (line.text.size() >= maxLength) {
             maxLength = static_cast<unsigned>(line.text.size());
             record = static_cast<int>(slot);
@@ -116,7 +103,6 @@ private:
             slots[head] = {};
             head = (head + 1) % GetCapacity();
             --count;
-            text.pop_front();
         }
     }
 
@@ -162,7 +148,6 @@ private:
     }
 
     std::vector<ModelLine> slots;
-    std::deque<ModelLine> text;
     unsigned head = 0;
     unsigned count = 0;
     unsigned maxLength = 0;
@@ -268,10 +253,7 @@ public:
     }
 
     // Every slot, held or not, the counts and the copy of everything.
-    bool Agree()
-    {
-        return CountsAgree() && SlotsAgree() && TextAgrees() && CopyAgrees() && RectangleAgrees();
-    }
+    bool Agree() { return CountsAgree() && SlotsAgree() && CopyAgrees() && RectangleAgrees(); }
 
     // The same without the costly part.
     bool CountsAgree() const
@@ -289,16 +271,6 @@ private:
             }
         }
         return true;
-    }
-
-    bool TextAgrees() const
-    {
-        for (unsigned i = 0; i < model.GetCount(); ++i) {
-            if (model.At(i) != model.GetText()[i]) {
-                return false;
-            }
-        }
-        return model.GetText().size() == model.GetCount();
     }
 
     bool CopyAgrees()

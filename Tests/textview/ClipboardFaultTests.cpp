@@ -39,23 +39,6 @@ using Faults = ClipboardFaults;
 
 }  // namespace
 
-TEST_F(ClipboardFaultTest, ATextThatCannotBeCopiedIsReported)
-{
-    const int calls = FailEachCall([](int call) {
-        ::OleSetClipboard(nullptr);
-        Faults::FailAt(call);
-        const bool copied = YCopyTextToClipboard(L"text");
-        Faults::Stop();
-        const auto text = ClipboardText();
-        EXPECT_TRUE(copied || Faults::HasFailed());
-        // Whether the system took what it was offered is not said.
-        EXPECT_TRUE(!text || (copied && text == L"text"));
-        EXPECT_TRUE(text || Faults::HasFailed());
-        ::OleSetClipboard(nullptr);
-    });
-    EXPECT_GE(calls, 3);  // the block, its lock, the data source
-}
-
 TEST_F(ClipboardFaultTest, ABufferThatCannotReadSaysWhyAndClosesTheClipboard)
 {
     const int calls = FailEachCall([](int call) {

@@ -17,8 +17,6 @@ namespace {
 
 using Buffer = YUnknownPointer<ClipboardBuffer>;
 
-constexpr unsigned genericClipboardFailure = 0xE1330068;
-
 // Puts a block of bytes on the clipboard, without OLE.
 void Offer(UINT format, const std::string& bytes)
 {
@@ -93,20 +91,6 @@ TEST_F(ClipboardTest, TextIsOfferedAsUtf16)
     EXPECT_FALSE(YCopyTextToClipboard(nullptr));
     EXPECT_FALSE(YCopyBufferToClipboard(nullptr));
     EXPECT_EQ(ClipboardText(), L"");
-}
-
-TEST_F(ClipboardTest, ABufferOfNothingIsInvalidAndSaysWhy)
-{
-    ASSERT_TRUE(Open());
-    ::SetLastError(0);
-    const Buffer buffer = Buffer::Make(unsigned{CF_UNICODETEXT}, true);
-    EXPECT_EQ(::GetLastError(), genericClipboardFailure);
-    EXPECT_FALSE(IsOpen());
-    EXPECT_FALSE(buffer->IsValid());
-    EXPECT_TRUE(buffer->IsUnicode());
-    EXPECT_EQ(BytesIn(buffer), "none");
-    EXPECT_EQ(TextIn(buffer), L"");
-    EXPECT_FALSE(buffer->IsMultiline(0));
 }
 
 TEST_F(ClipboardTest, ABufferKeepsItsTextWhenTheClipboardChanges)

@@ -82,26 +82,6 @@ TEST(YTextViewBase, FollowsTheEndUntilAClickAndAgainAfterCtrlEndOrClear)
     EXPECT_EQ(view.vertical.point, 4u);
 }
 
-// Fonts.
-
-TEST(YTextViewBase, OnlyAnotherFontIsMeasured)
-{
-    RecordingView view;
-    RecordingView linked;
-    view.SetLinkedView(&linked);
-    LOGFONTW font{};
-    font.lfHeight = -13;
-    view.UpdateFont(YLogFont(font));
-    view.UpdateFont(YLogFont(font));
-    EXPECT_EQ(view.measurements, 1);
-    EXPECT_EQ(linked.measurements, 1);
-    font.lfHeight = -14;
-    view.UpdateFont(YLogFont(font));
-    EXPECT_EQ(view.measurements, 2);
-    ASSERT_NE(linked.GetLogFont(), nullptr);
-    EXPECT_EQ(linked.GetLogFont()->Get().lfHeight, -14);
-}
-
 // Selecting.
 
 TEST(YTextViewBase, LessThanHalfACellIsAClick)
@@ -149,18 +129,13 @@ TEST(YTextViewBase, AMoveThatChangesNothingIsNotRepainted)
     EXPECT_EQ(view.highlightChanges, changes + 1);
 }
 
-TEST(YTextViewBase, AHookALossOfLinesAndClearEndTheSelection)
+TEST(YTextViewBase, ALossOfLinesAndClearEndTheSelection)
 {
     RecordingView view;
     view.Append(Texts(4));
     view.SelectAll();
     view.SetBufferSize(4);
     EXPECT_EQ(Ends(view), "0,0-19,3");
-    view.refuseHighlight = true;
-    view.SelectAll();
-    EXPECT_EQ(Ends(view), "none");
-    view.refuseHighlight = false;
-    view.SelectAll();
     view.SetBufferSize(3);
     EXPECT_EQ(Ends(view), "none");
     view.SelectAll();

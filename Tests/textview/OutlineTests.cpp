@@ -130,10 +130,6 @@ TEST(YTextViewOutlineSelection, EndsWithItsLinesAndGoesOnBeyondThePage)
     ExpectOutline(
         {{9, 9, 9, 9}, 2, 2}, {{5, 0}, {3, 3}},
         {Left(0, 0, 1), Bottom(1, 0, 3), Bottom(0, 4, 8), Right(8, 0, 0), Right(3, 1, 1, 1)});
-    ExpectOutline({{9, 9, 9}, 1, 2}, {{5, 0}, {8, 2}},
-                  {Top(0, 0, 4), Left(0, 0, 1), Bottom(1, 0, 8), Right(8, 0, 1)});
-    ExpectOutline({{9, 9, 9}, 2, 1}, {{5, 0}, {3, 2}},
-                  {Left(0, 0, 0), Bottom(0, 0, 3), Right(3, 0, 0)});
     ExpectOutline({{9, 9, 9}, 0, 1}, {{0, 0}, {8, 2}},
                   {Top(0, 0, 8), Left(0, 0, 2), Bottom(2, 0, 8), Right(8, 0, 2)});
     ExpectOutline(
@@ -143,9 +139,6 @@ TEST(YTextViewOutlineSelection, EndsWithItsLinesAndGoesOnBeyondThePage)
     ExpectOutline({{9, 9, 4}, 0, 3}, {{2, 0}, {5, 2}, true},
                   {Top(0, 2, 5), Left(2, 0, 2), Bottom(2, 2, 3), Bottom(1, 4, 5), Right(5, 0, 1),
                    Right(3, 2, 2, 1)});
-    ExpectOutline({{9, 9, 9}, 1, 2}, {{2, 0}, {5, 2}, true},
-                  {Left(2, 0, 1), Bottom(1, 2, 5), Right(5, 0, 1)});
-    ExpectOutline({{9, 1, 1}, 0, 3}, {{2, 2}, {5, 0}, true}, {});  // upside down
 }
 
 namespace {

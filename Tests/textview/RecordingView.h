@@ -87,7 +87,6 @@ public:
     }
 
     using YTextViewBase::CanClear;
-    using YTextViewBase::GetLogFont;
     using YTextViewBase::GetPageHeight;
     using YTextViewBase::GetPageWidth;
     using YTextViewBase::OnCtrlEnd;
@@ -110,9 +109,8 @@ public:
     RECT client{0, 0, 12 * width, 6 * height};
     Bar vertical, horizontal;
     std::vector<Run> runs;
-    int invalidations = 0, measurements = 0, highlightChanges = 0;
+    int invalidations = 0, highlightChanges = 0;
     bool captured = false;
-    bool refuseHighlight = false;
 
 protected:
     void UpdateVScrollSize(unsigned total, unsigned page) override
@@ -150,11 +148,7 @@ protected:
     void RepaintWindow() override {}
     void CaptureMouse() override { captured = true; }
     bool ReleaseMouse() override { return std::exchange(captured, false); }
-    void UpdateFontInternal() override { ++measurements; }
-    bool FinishNormalizeHighlight(YTextViewCharPosition&, YTextViewCharPosition&) override
-    {
-        return !refuseHighlight;
-    }
+    void UpdateFontInternal() override {}
     void OnNormalizeHighlightChange() override { ++highlightChanges; }
 };
 

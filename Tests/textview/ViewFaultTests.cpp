@@ -159,27 +159,6 @@ TEST_F(ViewFaultTest, ALineOfTenMillionCharactersIsPaintedAndCopiedLikeAnother)
     ::OleSetClipboard(nullptr);
 }
 
-TEST_F(ViewFaultTest, PaintsAndFontChangesLeaveNoObject)
-{
-    view->Append(std::vector<std::wstring>(rows, L"0123 \x05D0\t456789"));
-    view->SetSelectionDrawStyle(SelectionDrawStyle::Outline);
-    Select(2, 1, 5, 4);
-    const auto change = [this](int round) {
-        view->UpdateFont(YLogFont(FontOf(L"Courier New", -10 - round % 7)));
-        for (int paint = 0; paint < 10; ++paint) {
-            view->Invalidate();
-            view->UpdateWindow();
-        }
-    };
-    for (int round = 0; round < 7; ++round) {  // the system keeps what it made of each size
-        change(round);
-    }
-    const LeakCheck leaks;
-    for (int round = 0; round < 100; ++round) {
-        change(round);
-    }
-}
-
 // A system that has run out
 
 namespace {

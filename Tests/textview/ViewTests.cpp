@@ -248,12 +248,6 @@ TEST_F(ViewTest, ALinkedViewShowsTheSameSelection)
     EXPECT_EQ(other->GetSelection(), std::nullopt);
     other->SelectAll();
     EXPECT_EQ(view->GetSelection(), (Selection{0, 0, 1, 9}));
-    MovePointer(*view, InCell(3, 0));
-    SendTogether({KeyInput(VK_MENU), ButtonInput(MOUSEEVENTF_LEFTDOWN)});
-    ReleaseLeft(*view, InCell(6, 1));
-    SendTogether({KeyInput(VK_MENU, KEYEVENTF_KEYUP)});
-    EXPECT_EQ(other->GetSelection(), (Selection{0, 3, 1, 6}));
-    EXPECT_TRUE(other->IsColumnSelect());
 }
 
 TEST_F(LinkedBarTest, ScrollMessagesAndWheelGoToTheLinkedBarOnly)
