@@ -47,7 +47,7 @@ YUnicodeString YAddressIPv6::ToString(bool withPort) const
 
 // The carry runs from the last byte to the left. One that runs out of the first leaves that byte
 // as it is, all others zero: whoever walks a range has to stop at false anyway, and a look ahead
-// would cost every step (test: IncrementPastTheEnd).
+// would cost every step.
 bool YAddressIPv6::Increment()
 {
     if (!valid) {
