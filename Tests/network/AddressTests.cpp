@@ -120,12 +120,12 @@ TEST(Address, IncrementIsLargerByOne)
     const struct
     {
         const char* from;
-        bool counted;
         const wchar_t* next;
-    } cases[] = {{"10.0.255.255", true, L"10.1.0.0"},
-                 {"255.255.255.255", false, L"255.255.255.255"},
-                 {"feff:ffff:ffff:ffff:ffff:ffff:ffff:ffff", true, L"ff00::"},
-                 {"ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff", false, L"ff00::"}};
+        bool counted;
+    } cases[] = {{"10.0.255.255", L"10.1.0.0", true},
+                 {"255.255.255.255", L"255.255.255.255", false},
+                 {"feff:ffff:ffff:ffff:ffff:ffff:ffff:ffff", L"ff00::", true},
+                 {"ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff", L"ff00::", false}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.from);
         const Address before = Numeric(c.from, 7);
