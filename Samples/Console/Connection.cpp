@@ -81,8 +81,7 @@ void Connection::Connect(const Peer& wanted)
 {
     const YUnknownPointer<Connection> self(this);
     CloseSocket();
-    YNotificationSink::
-        Create();  // without a window there are no turns, and nothing else is missing
+    Create();  // without a window there are no turns; nothing else is missing then
     peer = wanted;
     decoder.emplace(TextEncoding::Utf8);
     cutLength = unfinishedTold = 0;
