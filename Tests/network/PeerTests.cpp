@@ -287,4 +287,24 @@ TEST(PeerTest, DatagramsComeBackWhole)
     socket->Close();
 }
 
+// Of its own accord the system keeps the urgent byte out of the stream.
+TEST(Peers, ExchangeUrgentBytes)
+{
+    const auto sink = YUnknownPointer<RecordingSink>::Make();
+    const auto socket = YUnknownPointer<YIoSocket>::Make();
+    sink->onAnswer = [&](const SocketAnswer& answer) {
+        if (answer.what != "writeOOB" && answer.error == 0) {
+            socket->Read(Context(2), MakeRoom(99).Get());
+        }
+    };
+    socket->SetSink(sink.Get());
+    socket->CreateAndConnect(Context(1), "127.0.0.1", GetPeer("URGENT"), nullptr);
+    socket->WriteOOB(Context(3), MakeBytes("?").Get());
+    EXPECT_TRUE(PumpUntil([&] { return sink->received.ends_with('\n'); }, limit));
+    EXPECT_EQ(sink->received, "urgent ?\n");
+    EXPECT_EQ(sink->urgent, "!");
+    EXPECT_EQ(sink->Count("writeOOB"), 1U);
+    sink->onAnswer = {};
+}
+
 }  // namespace

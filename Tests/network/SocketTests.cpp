@@ -407,6 +407,25 @@ TEST(SocketOptions, HoldBeforeTheSocketAndAfter)
     }
 }
 
+TEST(SocketConnect, TellsWhyItFailed)
+{
+    const auto free = Listener().address;  // nobody listens there any more
+    const auto nowhere =
+        YUnknownPointer<IInternetAddress>::Adopt(MakeNumericAddress("255.255.255.255", 9));
+    for (const auto& address : {free, nowhere}) {
+        const auto sink = YUnknownPointer<RecordingSink>::Make();
+        const auto socket = YUnknownPointer<YIoSocket>::Make();
+        socket->SetSink(sink.Get());
+        ASSERT_EQ(socket->Create(address.Get()), 0U);
+        socket->Connect(Context(1), address.Get());
+        EXPECT_TRUE(sink->answers.empty());
+        ASSERT_TRUE(sink->WaitForCount(1));
+        // The system has several codes for an address to which no way leads.
+        const unsigned code = sink->answers.front().error;
+        EXPECT_TRUE(address == nowhere ? code != 0 : code == WSAECONNREFUSED) << code;
+    }
+}
+
 struct FaultCount
 {
     static inline int calls, failing;
