@@ -91,9 +91,9 @@ TEST(Address, ComparesTheSameFromBothSides)
     const struct
     {
         const char* left;
-        unsigned short leftPort;
+        unsigned leftPort;
         const char* right;
-        unsigned short rightPort;
+        unsigned rightPort;
         unsigned prefixBits;
         bool inSubnet, equal;
     } cases[] = {{"10.0.0.1", 0, "10.0.0.1", 22, 32, true, true},
@@ -106,8 +106,8 @@ TEST(Address, ComparesTheSameFromBothSides)
                  {"fe80::1%3", 0, "fe80::1", 0, 10, true, true}};
     for (const auto& c : cases) {
         SCOPED_TRACE(std::string(c.left) + " " + c.right);
-        const Address left = Numeric(c.left, c.leftPort);
-        const Address right = Numeric(c.right, c.rightPort);
+        const Address left = Numeric(c.left, static_cast<unsigned short>(c.leftPort));
+        const Address right = Numeric(c.right, static_cast<unsigned short>(c.rightPort));
         EXPECT_EQ(left->IsInSubnet(right.Get(), c.prefixBits), c.inSubnet);
         EXPECT_EQ(right->IsInSubnet(left.Get(), c.prefixBits), c.inSubnet);
         EXPECT_EQ(left->Equals(right.Get()), c.equal);
