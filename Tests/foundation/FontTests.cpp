@@ -35,27 +35,6 @@ LOGFONTW Make(const YFontData& data, bool scaleToDevice)
 
 }  // namespace
 
-TEST(YLogFont, EqualUpToTheEndOfTheFaceName)
-{
-    const YLogFont font(CourierNew());
-    LOGFONTW other = CourierNew();
-    other.lfFaceName[LF_FACESIZE - 1] = L'x';  // behind the terminator
-    EXPECT_TRUE(font == YLogFont(other));
-    other.lfFaceName[0] = L'c';
-    EXPECT_FALSE(font == YLogFont(other));
-}
-
-// Every field before the name, a byte at a time: none is left out of the comparison.
-TEST(YLogFont, DiffersInEveryField)
-{
-    const YLogFont font(CourierNew());
-    for (std::size_t byte = 0; byte < offsetof(LOGFONTW, lfFaceName); ++byte) {
-        LOGFONTW other = CourierNew();
-        reinterpret_cast<unsigned char*>(&other)[byte] ^= 0x10;
-        EXPECT_FALSE(font == YLogFont(other)) << "byte " << byte;
-    }
-}
-
 TEST(YCreateFont, TakesEveryFieldOfALogFontAndItsPixels)
 {
     for (const bool scale : {false, true}) {

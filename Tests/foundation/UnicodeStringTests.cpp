@@ -9,16 +9,6 @@
 #include <string>
 #include <utility>
 
-TEST(YUnicodeString, ComparesByUnitAndCase)
-{
-    const YUnicodeString a(L"a");
-    EXPECT_TRUE(a == L"a");
-    EXPECT_TRUE(a != L"A");
-    EXPECT_TRUE(a < L"ab");
-    EXPECT_TRUE(YUnicodeString(L"\xFF21") > YUnicodeString(L"\xD800"));
-    EXPECT_FALSE(YUnicodeString(L"a\0b", 3) == a);
-}
-
 TEST(YUnicodeString, ConvertsCodePages)
 {
     EXPECT_STREQ(YUnicodeString::FromBytes("\x93 \x80", 1252).c_str(), L"\x201C \x20AC");

@@ -184,20 +184,6 @@ TEST_F(ArchiveTest, StringHasItsLengthInAsFewBytesAsItTakes)
     EXPECT_TRUE(back == L"abc" && longBack == CString(L'x', 256));
 }
 
-TEST_F(ArchiveTest, StoresAnObjectAsItsClassAndItsState)
-{
-    Node* const node = new Node;
-    node->value = 7;
-    node->second = node;
-    std::string bytes = Store([&](CArchive& ar) { ar << node << node; });
-    EXPECT_EQ(bytes, "\xFF\xFF\x02\0\x04\0Node\x07\0\0\0\xFF\xFE\xFF\0\0\0\x02\0\x02\0"s);
-
-    bytes[2] = 1;  // an older version
-    Node* back = nullptr;
-    ASSERT_EQ(Load(bytes, [&](CArchive& ar) { ar >> back; }), CArchiveException::none);
-    EXPECT_TRUE(back->value == 7 && back->second == back && back->schema == 1);
-}
-
 TEST_F(ArchiveTest, KeepsIdentityAndClassOfManyObjects)
 {
     std::vector<Node*> nodes(0x8001);  // numbers that a word cannot hold
@@ -342,16 +328,6 @@ TEST(MemFileTest, GrowsAndFillsGapsWithZeros)
     std::string bytes(30, '?');
     EXPECT_EQ(file.Read(bytes.data(), bytes.size()), 25);
     EXPECT_EQ(bytes, std::string(20, '\0') + "en\0\0\0?????"s);
-}
-
-TEST(MemFileTest, KeepsInsideABlockThatIsLent)
-{
-    std::string block = "0123456789";
-    CMemFile file(reinterpret_cast<BYTE*>(block.data()), 8);
-    file.Seek(6, CFile::begin);
-    EXPECT_EQ(CauseOf<CFileException>([&] { file.Write("abc", 3); }), CFileException::diskFull);
-    file.Write("ab", 2);
-    EXPECT_EQ(block, "012345ab89");
 }
 
 TEST(FileTest, KeepsWhatAnArchiveStores)

@@ -97,18 +97,6 @@ TEST_P(AsyncSocketTest, ConnectsAndTalksBothWays)
     EXPECT_EQ(server.seen, (Events{{FD_READ, 0}, {FD_CLOSE, 0}}));
 }
 
-TEST_P(AsyncSocketTest, DatagramNamesItsSender)
-{
-    Probe socket;
-    CString address, sender;
-    UINT port = 0, senderPort = 0;
-    char text[8];
-    Bind(socket, SOCK_DGRAM, FD_READ, address, port);
-    EXPECT_TRUE(socket.SendTo("news", 4, port, address) == 4 && socket.WaitFor(FD_READ));
-    EXPECT_EQ(socket.ReceiveFrom(text, sizeof(text), sender, senderPort), 4);
-    EXPECT_EQ(std::pair(sender, senderPort), std::pair(address, port));
-}
-
 INSTANTIATE_TEST_SUITE_P(Families, AsyncSocketTest, testing::Values(AF_INET, AF_INET6));
 
 TEST_F(AsyncSocketTest, NotificationReachesItsOwnerOnly)

@@ -223,14 +223,3 @@ TEST_F(CFrameWndTest, StatusBarTakesTheBottomAndTheViewTheRest)
     EXPECT_EQ(PlaceOf(*frame->GetActiveView()), client);
     bar.DestroyWindow();
 }
-
-TEST_F(CFrameWndTest, EndOfTheMainFrameEndsTheProgram)
-{
-    TestProgram program;
-    program.m_pMainWnd = frame;
-    frame->SendMessage(WM_COMMAND, ID_APP_EXIT);
-    EXPECT_FALSE(::IsWindow(handle));
-    EXPECT_EQ(program.m_pMainWnd, nullptr);
-    EXPECT_EQ(log, (Log{"passive 0", "view deleted", "frame deleted"}));
-    EXPECT_EQ(program.Run(), 0);  // the request to end is already in the queue
-}

@@ -25,27 +25,3 @@ TEST(CGdiObjectTest, MapsEndWithTheirThreadAndLeaveHandlesAlone)
     EXPECT_EQ(CPen::FromHandle(pen), &pen);
     ::DeleteObject(lent);
 }
-
-TEST(CGdiObjectTest, SelectionGivesBackWhatWasThere)
-{
-    CClientDC dc(nullptr);
-    CPen first(PS_SOLID, 1, red);
-    CPen second(PS_SOLID, 1, green);
-    CPen* stock = dc.SelectObject(&first);
-    ASSERT_NE(stock, nullptr);
-    EXPECT_EQ(dc.SelectObject(&second), &first);
-    EXPECT_EQ(dc.SelectStockObject(WHITE_PEN), &second);
-    CFont empty;
-    EXPECT_EQ(dc.SelectObject(&empty), nullptr);
-    EXPECT_NE(dc.SelectObject(stock), nullptr);
-}
-
-TEST(CGdiObjectTest, WindowContextsThrowWhereThereIsNoWindow)
-{
-    CWnd gone;
-    gone.m_hWnd = reinterpret_cast<HWND>(0xBAD0);
-    EXPECT_THROW(CClientDC{&gone}, CResourceException*);
-    EXPECT_THROW(CWindowDC{&gone}, CResourceException*);
-    EXPECT_THROW(CPaintDC{&gone}, CResourceException*);
-    gone.m_hWnd = nullptr;
-}

@@ -163,14 +163,3 @@ TEST_F(DataSourceTest, BeginsOleForAThreadThatHasNone)
     EXPECT_EQ(::OleSetClipboard(nullptr), CO_E_NOTINITIALIZED);
     EXPECT_EQ(OpenedClipboard().Text(), L"kept");
 }
-
-TEST_F(DataSourceTest, ThreadOfTheOtherModelLeavesNothing)
-{
-    std::thread([this] {
-        ASSERT_EQ(::CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
-        EXPECT_FALSE(AfxOleInit());
-        Offer(L"nowhere");
-        EXPECT_EQ(CountedSource::live, 0);
-        ::CoUninitialize();
-    }).join();
-}

@@ -122,15 +122,3 @@ TEST_F(CSplitterWndTest, EscapeAndLostCaptureCancelWithoutTrace)
         EXPECT_EQ(ColumnWidth(0), 100);
     }
 }
-
-TEST_F(CSplitterWndTest, FirstViewIsActiveAndPanesAreFound)
-{
-    EXPECT_EQ(frame->GetActiveView(), splitter.GetPane(0, 0));
-    splitter.SetActivePane(1, 0);
-    EXPECT_EQ(splitter.GetActivePane(), splitter.GetPane(1, 0));
-    splitter.DeleteView(1, 0);
-    EXPECT_EQ(splitter.GetPane(1, 0), nullptr);
-    EXPECT_EQ(frame->GetActiveView(), nullptr);
-    splitter.RecalcLayout();  // around the gap
-    EXPECT_TRUE(splitter.CreateView(1, 0, RUNTIME_CLASS(PaneView), CSize(100, 80), nullptr));
-}

@@ -63,19 +63,6 @@ protected:
 
 }  // namespace
 
-TEST_F(CStatusBarTest, FirstPaneStretchesAndTheOthersKeepTheirWidth)
-{
-    CRect second;
-    frame->bar.GetItemRect(1, &second);
-    EXPECT_GE(second.Width(), 60);
-    const int before = second.left;
-    frame->SetWindowPos(nullptr, 0, 0, 500, 200, SWP_NOMOVE | SWP_NOZORDER);
-    CRect moved;
-    frame->bar.GetItemRect(1, &moved);
-    EXPECT_EQ(moved.left, before + 100);
-    EXPECT_EQ(moved.Width(), second.Width());
-}
-
 TEST_F(CStatusBarTest, IdleTimeBringsPanesUpToDate)
 {
     CWinThread thread;

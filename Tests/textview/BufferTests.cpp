@@ -23,21 +23,6 @@ TEST(YTextViewBuffer, SlotsKeepTheirAllocationAndForgetTheirLine)
     EXPECT_EQ(buffer.GetLineInfo(0).text.data(), block);
 }
 
-// See YTextViewBuffer::Relay.
-TEST(YTextViewBuffer, ShrinkingAWrappedRingKeepsTheSimpleLayout)
-{
-    YTextViewBuffer buffer(10);
-    Append(buffer, {L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8", L"9", L"10"});
-    Append(buffer, {L"11", L"12", L"13", L"14", L"15", L"16"});  // in slots 0 to 5
-    for (int i = 0; i < 3; ++i) {
-        buffer.ClearLastLine();  // 7 to 13 in slots 6 to 9, 0 to 2
-    }
-    EXPECT_FALSE(buffer.SetBufferSize(8));
-    // 7 to 10 moved to slots 3 to 6; slot 7 still has its 8; 11 and 12 are read in slots 0 and 1.
-    EXPECT_EQ(TextsOf(buffer),
-              (std::vector<std::wstring>{L"7", L"8", L"9", L"10", L"8", L"11", L"12"}));
-}
-
 // Lines "abcde", "", "fgh", "ij"; with a wrapped ring as well, where no rectangle can be had.
 TEST(YTextViewBuffer, CopiesPartsOfItsLines)
 {
@@ -67,16 +52,4 @@ TEST(YTextViewBuffer, CopiesPartsOfItsLines)
         EXPECT_EQ(Copy(flat, range), text);
         EXPECT_TRUE(range.columnar || Copy(wrapped, range) == text);
     }
-}
-
-TEST(YTextViewBuffer, ColumnarCopyAcrossTheEndOfTheRingThrows)
-{
-    YTextViewBuffer buffer(3);
-    Append(buffer, {L"a", L"b\0c"s, L"def"});
-    Append(buffer, {L"g"});  // in slot 0
-    EXPECT_EQ(Copy(buffer, {0, 0, 1, 3, true}), L"b\0\0\r\ndef\r\n"s);  // a NUL ends a field
-    void* memory = &buffer;
-    unsigned length = 0;
-    EXPECT_THROW(buffer.CopyTextToBuffer(memory, length, 0, 0, 2, 1, true), YArrayOutOfRange);
-    EXPECT_EQ(memory, nullptr);
 }

@@ -21,22 +21,6 @@ public:
 
 }  // namespace
 
-TEST(YTextViewHighlight, ACopyHasTheSinkAndACountOfItsOwn)
-{
-    CountingSink sink;
-    auto original = Pointer::Make(&sink, Position(1, 2), Position(3, 4));
-    const Pointer shared = original;
-    const auto copy = Pointer::Make(*original);
-    EXPECT_EQ(copy->AddRef(), 2u);
-    EXPECT_EQ(copy->Release(), 1u);
-    copy->UpdateEnd({9, 9});
-    EXPECT_EQ(sink.changes, 1);
-    *copy = *original;
-    EXPECT_TRUE(copy->Equal(*original));
-    EXPECT_EQ(copy->AddRef(), 2u);
-    EXPECT_EQ(copy->Release(), 1u);
-}
-
 TEST(YTextViewHighlight, FollowsTheTextThatScrolls)
 {
     const struct

@@ -276,8 +276,7 @@ void YTextViewBuffer::Relay(unsigned size)
     } else {
         // The run at the end moves behind what wraps to the front. That is in order when the lines
         // fill the new size. With room to spare we keep this simple layout as well: the lines that
-        // had wrapped are then read at the wrong place, behind slots that hold none of the lines
-        // (test: ShrinkingAWrappedRingKeepsTheSimpleLayout).
+        // had wrapped are then read at the wrong place, behind slots that hold none of the lines.
         const unsigned wrapped = SlotOf(lineCount);
         MoveSlots(head, wrapped, capacity - head);
         head = wrapped;
@@ -389,7 +388,7 @@ wchar_t* YTextViewBuffer::CopyStream(const CopyRange& range, wchar_t* out) const
 
 // Counts slots on from the start line's without wrapping: rectangles are meant for the text in
 // view, and one that crosses the end of the ring raises the array's exception rather than mixing
-// the oldest lines with the newest (test: ColumnarCopyAcrossTheEndOfTheRingThrows).
+// the oldest lines with the newest.
 wchar_t* YTextViewBuffer::CopyColumns(const CopyRange& range, wchar_t* out) const
 {
     unsigned slot = SlotOf(range.startLine);
