@@ -303,9 +303,9 @@ void YIoSocket::FinishNew(Answers& answers, SocketOperation&& request, unsigned 
 }
 
 // One message at a time, and none inside an event, whose end tells what has been finished meanwhile: a
-// message costs more than all else that a small write does. The timer stands by where the thread
-// takes no more messages, or where the event runs a message loop of its own and is long in ending.
-// False: there is no window at all.
+// message costs about as much as sending a few bytes. The timer stands by where the thread takes no
+// more messages, or where the event runs a message loop of its own and is long in ending. False: there
+// is no window at all.
 bool YIoSocket::Announce(Answers& answers)
 {
     if (eventDepth == 0 && !answers.isPostPending) {
