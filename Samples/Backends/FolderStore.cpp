@@ -12,6 +12,8 @@
 
 namespace {
 
+constexpr wchar_t lockFileName[] = L".lock";
+
 struct FindHandleTraits
 {
     using Handle = HANDLE;
@@ -55,6 +57,9 @@ FolderStore::Visit::Visit(FolderStore& visited) : store(visited)
 
 FolderStore::Visit::~Visit()
 {
+    if (store.files.empty()) {
+        store.lockFile.Close();
+    }
     store.lock.unlock();
     if (!store.sink) {
         return;
@@ -67,7 +72,9 @@ FolderStore::Visit::~Visit()
 }
 
 FolderStore::FolderStore(const std::wstring& folderPath, ProfileReportSink reportSink)
-    : folder(GetFullFolder(folderPath)), sink(std::move(reportSink))
+    : folder(GetFullFolder(folderPath)),
+      sink(std::move(reportSink)),
+      lockFile(GetUsablePath(folder + lockFileName))
 {}
 
 FolderStore::~FolderStore() = default;
@@ -81,7 +88,7 @@ DWORD FolderStore::Open(Visit& visit, const std::wstring& fileName, Missing miss
         ++file->references;
         return ERROR_SUCCESS;
     }
-    auto opened = std::make_shared<SettingsFile>(GetUsablePath(folder + fileName));
+    auto opened = std::make_shared<SettingsFile>(GetUsablePath(folder + fileName), lockFile);
     const DWORD code = opened->Load(visit.reports);
     if (code != ERROR_SUCCESS && (code != ERROR_FILE_NOT_FOUND || missing == Missing::Fails)) {
         return code;
@@ -115,7 +122,7 @@ DWORD FolderStore::Delete(Visit&, const std::wstring& fileName)
 {
     const auto found = files.find(fileName);
     if (found == files.end()) {
-        return SettingsFile(GetUsablePath(folder + fileName)).Delete();
+        return SettingsFile(GetUsablePath(folder + fileName), lockFile).Delete();
     }
     const DWORD code = found->second->Delete();
     if (code == ERROR_SUCCESS) {

@@ -3,6 +3,7 @@
 
 #include "ProfileReport.h"
 #include "ProfileTree.h"
+#include "SafeFile.h"
 
 #include <YUnicodeString.h>
 
@@ -78,6 +79,7 @@ private:
     const std::wstring folder;  // full path, with a separator at its end
     const ProfileReportSink sink;
     FolderLock lock;
+    FolderLockFile lockFile;  // open while one of the files is
     // By name. A deleted file leaves at once, the others with their last reference.
     std::map<std::wstring, std::shared_ptr<SettingsFile>, NameLess> files;
 };

@@ -66,6 +66,7 @@ bool IsPlainName(std::wstring_view name)
 class TextWriter
 {
 public:
+    explicit TextWriter(std::string room = {}) : text(std::move(room)) { text.clear(); }
     std::string Take() { return std::move(text); }
 
     void AddLine(std::string_view line) { text.append(line).append("\r\n"); }
@@ -451,9 +452,9 @@ bool ProfileParser::ParseValue(LineReader reader)
 
 }  // namespace
 
-std::string FormatProfile(const ProfileNode& root)
+std::string FormatProfile(const ProfileNode& root, std::string room)
 {
-    TextWriter writer;
+    TextWriter writer(std::move(room));
     writer.AddLine(firstLine);
     writer.AddKey(root, {});
     writer.AddLine(lastLine);

@@ -12,8 +12,8 @@ struct ProfileValue;
 // More is no settings file, whoever wrote it.
 constexpr std::size_t maxProfileBytes = 16u << 20;
 
-// UTF-8, all changes included.
-std::string FormatProfile(const ProfileNode& root);
+// UTF-8, all changes included. room: a string that is no longer wanted; its memory is.
+std::string FormatProfile(const ProfileNode& root, std::string room = {});
 
 // One value's line in that, with its end.
 std::string FormatValue(const ProfileValue& value);

@@ -55,15 +55,19 @@ ULONGLONG Join(DWORD high, DWORD low)
     return static_cast<ULONGLONG>(high) << 32 | low;
 }
 
+ULONGLONG Join(FILETIME time)
+{
+    return Join(time.dwHighDateTime, time.dwLowDateTime);
+}
+
 FileStamp GetStamp(HANDLE file)
 {
-    BY_HANDLE_FILE_INFORMATION info{};
-    if (!::GetFileInformationByHandle(file, &info)) {
+    LARGE_INTEGER size{};
+    FILETIME written{};
+    if (!::GetFileSizeEx(file, &size) || !::GetFileTime(file, nullptr, nullptr, &written)) {
         return {};
     }
-    return {info.dwVolumeSerialNumber, Join(info.nFileIndexHigh, info.nFileIndexLow),
-            Join(info.nFileSizeHigh, info.nFileSizeLow),
-            Join(info.ftLastWriteTime.dwHighDateTime, info.ftLastWriteTime.dwLowDateTime)};
+    return {static_cast<ULONGLONG>(size.QuadPart), Join(written)};
 }
 
 DWORD ReadAll(HANDLE file, std::string& bytes)
@@ -93,6 +97,18 @@ DWORD WriteAll(HANDLE file, std::string_view bytes)
     return written == bytes.size() ? ERROR_SUCCESS : ERROR_DISK_FULL;
 }
 
+// Now, but later than the file before: the stamp would pass for that one's otherwise. 0: it could
+// not be set, and the next save looks into the file.
+ULONGLONG SetWriteTime(HANDLE file, ULONGLONG previous)
+{
+    FILETIME now{};
+    ::GetSystemTimeAsFileTime(&now);
+    const ULONGLONG time = std::max(Join(now), previous + 1);
+    const FILETIME written{static_cast<DWORD>(time), static_cast<DWORD>(time >> 32)};
+    return ::SetFileTime(file, nullptr, nullptr, &written) ? time : 0;
+}
+
+// stamp: of the file before, then of this one.
 DWORD WriteTemporaryFile(const std::wstring& path, std::string_view bytes, FileStamp& stamp)
 {
     YUniqueFile file;
@@ -103,12 +119,12 @@ DWORD WriteTemporaryFile(const std::wstring& path, std::string_view bytes, FileS
     if (code == ERROR_SUCCESS) {
         code = WriteAll(file.Get(), bytes);
     }
-    // Else the new name might reach the disk before the new contents do.
-    if (code == ERROR_SUCCESS) {
-        code = GetCode(::FlushFileBuffers(file.Get()));
+    if (code != ERROR_SUCCESS) {
+        return code;
     }
-    stamp = GetStamp(file.Get());
-    return code;
+    stamp = {bytes.size(), SetWriteTime(file.Get(), stamp.writeTime)};
+    // Else the new name might reach the disk before the new contents do.
+    return GetCode(::FlushFileBuffers(file.Get()));
 }
 
 // isOldLost: the system has taken the old file away and could not put the new one in its place.
@@ -136,7 +152,7 @@ DWORD MoveIntoPlace(const std::wstring& from, const std::wstring& path, bool& is
                                  MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH));
 }
 
-// Files that share a name wait for each other: no harm.
+// Folders that share a name wait for each other: no harm.
 std::wstring GetMutexName(const std::wstring& path)
 {
     constexpr std::size_t maxLength = 200;
@@ -156,44 +172,102 @@ void MakeFolderOf(const std::wstring& path)
 
 FileStamp GetFileStamp(const std::wstring& path)
 {
-    YUniqueFile file;
-    return OpenFile(path, FILE_READ_ATTRIBUTES, shareAll, OPEN_EXISTING, 0, file) == ERROR_SUCCESS
-               ? GetStamp(file.Get())
-               : FileStamp();
+    WIN32_FILE_ATTRIBUTE_DATA info{};
+    if (!::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &info)) {
+        return {};
+    }
+    return {Join(info.nFileSizeHigh, info.nFileSizeLow), Join(info.ftLastWriteTime)};
 }
 
-FileLock::FileLock(const std::wstring& path, DWORD milliseconds)
-    : mutex(::CreateMutexW(nullptr, FALSE, GetMutexName(path).c_str())),
-      error(AwaitTurn(milliseconds))
+void FolderLockFile::Close()
+{
+    file.Reset();
+    mutex.Reset();
+}
+
+HANDLE FolderLockFile::GetMutex()
+{
+    if (!mutex) {
+        mutex.Reset(::CreateMutexW(nullptr, FALSE, GetMutexName(path).c_str()));
+    }
+    return mutex.Get();
+}
+
+DWORD FolderLockFile::Open(DWORD milliseconds)
+{
+    if (file) {
+        return ERROR_SUCCESS;
+    }
+    const auto open = [&] {
+        return OpenFile(path, GENERIC_WRITE, shareAll, OPEN_ALWAYS, FILE_ATTRIBUTE_HIDDEN, file);
+    };
+    const DWORD code = Persist(open, milliseconds);
+    if (code != ERROR_PATH_NOT_FOUND) {
+        return code;
+    }
+    MakeFolderOf(path);
+    return Persist(open, milliseconds);
+}
+
+DWORD FolderLockFile::Lock(DWORD milliseconds)
+{
+    const DWORD code = Open(milliseconds);
+    if (code != ERROR_SUCCESS) {
+        return code;
+    }
+    return Persist(
+        [&] {
+            OVERLAPPED start{};
+            return GetCode(::LockFileEx(
+                file.Get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &start));
+        },
+        milliseconds);
+}
+
+void FolderLockFile::Unlock()
+{
+    OVERLAPPED start{};
+    ::UnlockFileEx(file.Get(), 0, 1, 0, &start);
+}
+
+bool FolderLockFile::IsDeleted() const
+{
+    FILE_STANDARD_INFO info{};
+    return ::GetFileInformationByHandleEx(file.Get(), FileStandardInfo, &info, sizeof info) &&
+           (info.DeletePending || info.NumberOfLinks == 0);
+}
+
+FileLock::FileLock(FolderLockFile& file, DWORD milliseconds)
+    : lockFile(file), error(AwaitTurn(milliseconds))
 {
     if (error != ERROR_SUCCESS) {
         return;
     }
-    const auto open = [&] {
-        return OpenFile(path + L".lock", GENERIC_WRITE, 0, OPEN_ALWAYS,
-                        FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE, file);
-    };
-    error = Persist(open, milliseconds);
-    if (error == ERROR_PATH_NOT_FOUND) {
-        MakeFolderOf(path);
-        error = Persist(open, milliseconds);
+    error = lockFile.Lock(milliseconds);
+    // Deleted, perhaps with the whole folder: others will lock the next one.
+    if (error == ERROR_SUCCESS && lockFile.IsDeleted()) {
+        lockFile.file.Reset();
+        error = lockFile.Lock(milliseconds);
     }
 }
 
 FileLock::~FileLock()
 {
-    file.Reset();
+    if (error == ERROR_SUCCESS) {
+        lockFile.Unlock();
+    }
     if (isMutexOwned) {
-        ::ReleaseMutex(mutex.Get());
+        ::ReleaseMutex(lockFile.mutex.Get());
     }
 }
 
 DWORD FileLock::AwaitTurn(DWORD milliseconds)
 {
+    const HANDLE mutex = lockFile.GetMutex();
     if (!mutex) {
         return ERROR_SUCCESS;
     }
-    const DWORD result = ::WaitForSingleObject(mutex.Get(), milliseconds);
+    const DWORD result = ::WaitForSingleObject(mutex, milliseconds);
     isMutexOwned = result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;
     return isMutexOwned ? ERROR_SUCCESS : ERROR_SHARING_VIOLATION;
 }
@@ -220,7 +294,7 @@ DWORD ReadWholeFile(const std::wstring& path, std::size_t maxBytes, std::string&
 DWORD ReplaceWholeFile(const std::wstring& path, std::string_view bytes, FileStamp& stamp)
 {
     const std::wstring temporary = GetTemporaryPath(path);
-    FileStamp written;
+    FileStamp written = stamp;
     bool isOldLost = false;
     DWORD code = WriteTemporaryFile(temporary, bytes, written);
     if (code == ERROR_SUCCESS) {

@@ -9,16 +9,17 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 // The functions return Win32 codes. Where another program holds a file they try again for as long
 // as a virus scanner or an indexer usually takes, patienceMilliseconds in all, and then give up.
 constexpr DWORD patienceMilliseconds = 1500;
 
-// Tells one state of a file from another. All 0: there is no file.
+// Tells one state of a file from another. All 0: there is no file. No save here leaves the write
+// time as it was: two of the same size within a tick of the clock differ too. The file's index on
+// its volume would tell as much, but can cost ten times the look.
 struct FileStamp
 {
-    DWORD volume = 0;
-    ULONGLONG index = 0;  // on the volume; another one after each replacement
     ULONGLONG size = 0;  // bytes
     ULONGLONG writeTime = 0;
 
@@ -28,16 +29,42 @@ struct FileStamp
 
 FileStamp GetFileStamp(const std::wstring& path);
 
-// Keeps other processes from changing the file in the same way. What keeps them out is that
-// "path.lock" is open: that holds on a network share and for other sessions too, and the system
-// deletes that file with its last handle, however the process ends. But whoever waits for it can
-// only try again and again, and might never have the luck against one that saves all the time; so
-// the processes of a session queue up at a mutex first. Makes the file's folder where that is
-// missing.
+// The file by which processes that change the files of a folder keep out of each other's way. It is
+// made and opened for the first lock and stays: making and deleting one for each would cost more.
+// Opened by all, locked by one: that holds on a network share and for other sessions too, and the
+// system unlocks it however the process ends. But whoever waits for it can only try again and again,
+// and might never have the luck against one that saves all the time; so the processes of a session
+// queue up at a mutex first. One thread at a time.
+class FolderLockFile
+{
+public:
+    explicit FolderLockFile(std::wstring filePath) : path(std::move(filePath)) {}
+    FolderLockFile(const FolderLockFile&) = delete;
+    FolderLockFile& operator=(const FolderLockFile&) = delete;
+
+    // Its folder can be deleted then. The next lock opens it again.
+    void Close();
+
+private:
+    friend class FileLock;
+
+    HANDLE GetMutex();
+    DWORD Open(DWORD milliseconds);
+    DWORD Lock(DWORD milliseconds);
+    void Unlock();
+    bool IsDeleted() const;
+
+    const std::wstring path;
+    YUniqueFile file;
+    YUniqueKernelHandle mutex;  // null: does without
+};
+
+// Keeps other processes from changing the files of the lock file's folder. Makes that folder where
+// it is missing.
 class FileLock
 {
 public:
-    explicit FileLock(const std::wstring& path, DWORD milliseconds = patienceMilliseconds);
+    explicit FileLock(FolderLockFile& file, DWORD milliseconds = patienceMilliseconds);
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;
     ~FileLock();
@@ -47,9 +74,8 @@ public:
 private:
     DWORD AwaitTurn(DWORD milliseconds);
 
-    YUniqueKernelHandle mutex;  // null: does without
+    FolderLockFile& lockFile;
     bool isMutexOwned = false;
-    YUniqueFile file;
     DWORD error;
 };
 
@@ -58,7 +84,7 @@ DWORD ReadWholeFile(const std::wstring& path, std::size_t maxBytes, std::string&
                     FileStamp& stamp);
 
 // The caller holds the lock for the three below. Whatever happens on the way, the file is the whole
-// old one or the whole new one.
+// old one or the whole new one. stamp: the old one's, then the new one's.
 DWORD ReplaceWholeFile(const std::wstring& path, std::string_view bytes, FileStamp& stamp);
 
 // Ends what a dead process has begun: its temporary file takes the place of a missing file where it

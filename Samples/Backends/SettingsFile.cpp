@@ -6,8 +6,8 @@
 #include <string_view>
 #include <utility>
 
-SettingsFile::SettingsFile(std::wstring filePath)
-    : path(std::move(filePath)), root(std::make_shared<ProfileNode>())
+SettingsFile::SettingsFile(std::wstring filePath, FolderLockFile& lockFile)
+    : path(std::move(filePath)), folderLock(lockFile), root(std::make_shared<ProfileNode>())
 {}
 
 SettingsFile::~SettingsFile() = default;
@@ -20,7 +20,7 @@ DWORD SettingsFile::Load(std::vector<ProfileReport>& reports)
     std::shared_ptr<ProfileNode> tree;
     DWORD code = Read(tree);
     if (code == ERROR_FILE_CORRUPT || (code == ERROR_FILE_NOT_FOUND && HasTemporaryFile(path))) {
-        const FileLock lock(path);
+        const FileLock lock(folderLock);
         if (lock.GetError() != ERROR_SUCCESS) {
             return lock.GetError();
         }
@@ -38,7 +38,7 @@ void SettingsFile::CleanUp()
     if (!HasTemporaryFile(path)) {
         return;
     }
-    const FileLock lock(path, 0);
+    const FileLock lock(folderLock, 0);
     if (lock.GetError() == ERROR_SUCCESS) {
         SettleTemporaryFile(path, &IsWholeProfile);
     }
@@ -88,7 +88,7 @@ DWORD SettingsFile::Save(std::vector<ProfileReport>& reports)
     if (!isChanged) {
         return ERROR_SUCCESS;
     }
-    const FileLock lock(path);
+    const FileLock lock(folderLock);
     DWORD code = lock.GetError();
     if (code == ERROR_SUCCESS && GetFileStamp(path) != stamp) {
         code = MergeFile(reports);
@@ -96,9 +96,9 @@ DWORD SettingsFile::Save(std::vector<ProfileReport>& reports)
     if (code != ERROR_SUCCESS) {
         return code;
     }
-    const std::string bytes = FormatProfile(*root);
-    code = bytes.size() <= maxProfileBytes ? ReplaceWholeFile(path, bytes, stamp)
-                                           : ERROR_FILE_TOO_LARGE;
+    text = FormatProfile(*root, std::move(text));
+    code =
+        text.size() <= maxProfileBytes ? ReplaceWholeFile(path, text, stamp) : ERROR_FILE_TOO_LARGE;
     if (code == ERROR_SUCCESS) {
         root->ForgetChanges();
         isChanged = false;
@@ -129,7 +129,7 @@ DWORD SettingsFile::Delete()
 {
     DWORD code = ERROR_SUCCESS;
     {
-        const FileLock lock(path);
+        const FileLock lock(folderLock);
         code = lock.GetError() == ERROR_SUCCESS ? DeleteWholeFile(path) : lock.GetError();
     }
     if (code == ERROR_FILE_NOT_FOUND && Exists()) {

@@ -18,7 +18,7 @@ class ProfileNode;
 class SettingsFile
 {
 public:
-    explicit SettingsFile(std::wstring path);
+    SettingsFile(std::wstring path, FolderLockFile& lockFile);  // the folder's, borrowed
     SettingsFile(const SettingsFile&) = delete;
     SettingsFile& operator=(const SettingsFile&) = delete;
     ~SettingsFile();
@@ -45,7 +45,9 @@ private:
     void CleanUp();
 
     const std::wstring path;
+    FolderLockFile& folderLock;
     std::shared_ptr<ProfileNode> root;  // shared with the keys
     FileStamp stamp;  // of the file that the tree goes back to
     bool isChanged = false;
+    std::string text;  // of the last save: new memory for each would double the price of making it
 };

@@ -94,14 +94,19 @@ private:
     static inline bool reached = false;
     static inline std::vector<HANDLE> orphans;
 
-    ImportHook hooks[8] = {
+    ImportHook hooks[10] = {
         {nullptr, "KERNEL32.dll", "CreateFileW", &Create},
         {nullptr, "KERNEL32.dll", "WriteFile", &Write},
         {nullptr, "KERNEL32.dll", "CloseHandle", &Close},
         {nullptr, "KERNEL32.dll", "FlushFileBuffers",
          &Make<&SystemCalls::FlushFileBuffers, HANDLE>},
-        {nullptr, "KERNEL32.dll", "GetFileInformationByHandle",
-         &Make<&SystemCalls::GetFileInformationByHandle, HANDLE, BY_HANDLE_FILE_INFORMATION*>},
+        {nullptr, "KERNEL32.dll", "GetFileAttributesExW",
+         &Make<&SystemCalls::GetFileAttributesExW, LPCWSTR, GET_FILEEX_INFO_LEVELS, LPVOID>},
+        {nullptr, "KERNEL32.dll", "SetFileTime",
+         &Make<&SystemCalls::SetFileTime, HANDLE, const FILETIME*, const FILETIME*,
+               const FILETIME*>},
+        {nullptr, "KERNEL32.dll", "LockFileEx",
+         &Make<&SystemCalls::LockFileEx, HANDLE, DWORD, DWORD, DWORD, DWORD, OVERLAPPED*>},
         {nullptr, "KERNEL32.dll", "ReplaceFileW",
          &Make<&SystemCalls::ReplaceFileW, LPCWSTR, LPCWSTR, LPCWSTR, DWORD, LPVOID, LPVOID>},
         {nullptr, "KERNEL32.dll", "MoveFileExW",

@@ -4,6 +4,8 @@
 #include "SafeFile.h"
 #include "ScratchFolder.h"
 
+#include "support/ImportHook.h"
+
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -71,6 +73,7 @@ TEST_F(FolderProfileTest, ReadingLeavesNoTrace)
     EXPECT_FALSE(YProfileKey(root, L"Key", YProfileKey::openExisting).IsOpen());
     root = YProfileKey(nullptr);
     EXPECT_EQ(folder.GetFiles(), Files());
+    EXPECT_FALSE(folder.Has(L".lock"));
 }
 
 TEST_F(FolderProfileTest, MakesItsFolderWithTheFirstSave)
@@ -172,6 +175,23 @@ TEST_F(FolderProfileTest, MergesWhatOthersHaveSaved)
                                        "[OursAgain]\r\nNew=dword:00000002\r\n"
                                        "[TheirsNew]\r\nNew=dword:00000003\r\n"
                                        "; end\r\n");
+}
+
+void WINAPI StandStill(FILETIME* time)
+{
+    *time = {0, 30'000'000};
+}
+
+TEST_F(FolderProfileTest, SeesASaveOfTheSameSizeAtTheSameTime)
+{
+    const ImportHook clock(nullptr, "KERNEL32.dll", "GetSystemTimeAsFileTime", &StandStill);
+    const YProfileKey ours(root, L"Key");
+    ours.WriteDWORD(L"Theirs", 1);
+    EXPECT_TRUE(ours.Flush());
+    OpenElsewhere(L"Key").WriteDWORD(L"Theirs", 2);
+    ours.WriteDWORD(L"Ours", 1);
+    EXPECT_TRUE(ours.Flush());
+    EXPECT_EQ(ReadNumber(ours, L"Theirs"), 2u);
 }
 
 TEST_F(FolderProfileTest, ADamagedFileDoesNotCostWhatIsInMemory)

@@ -34,12 +34,14 @@ public:
     std::wstring GetPath() const { return path.wstring(); }
     std::wstring GetPath(const wchar_t* file) const { return (path / file).wstring(); }
     bool Has(const wchar_t* file) const { return std::filesystem::exists(path / file); }
+    // Without the lock file, which stays once there has been a save.
     std::set<std::wstring> GetFiles() const
     {
         std::set<std::wstring> files;
         for (const auto& entry : std::filesystem::directory_iterator(path)) {
             files.insert(entry.path().filename().wstring());
         }
+        files.erase(L".lock");
         return files;
     }
     void Write(const wchar_t* file, std::string_view bytes) const

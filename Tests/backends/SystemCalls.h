@@ -18,7 +18,9 @@ struct SystemCalls
     SYSTEM_CALL(CreateFileW);
     SYSTEM_CALL(WriteFile);
     SYSTEM_CALL(FlushFileBuffers);
-    SYSTEM_CALL(GetFileInformationByHandle);
+    SYSTEM_CALL(GetFileAttributesExW);
+    SYSTEM_CALL(SetFileTime);
+    SYSTEM_CALL(LockFileEx);
     SYSTEM_CALL(ReplaceFileW);
     SYSTEM_CALL(MoveFileExW);
     SYSTEM_CALL(DeleteFileW);
