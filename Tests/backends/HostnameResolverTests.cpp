@@ -2,7 +2,7 @@
 #include "HostnameResolver.h"
 
 #include "network/SocketKit.h"
-#include "network/TestThread.h"
+#include "support/TestThread.h"
 #include "support/ImportHook.h"
 #include "support/LeakCheck.h"
 

@@ -5,7 +5,7 @@
 #include "ConsoleSettings.h"
 #include "ConsoleView.h"
 #include "LineRules.h"
-#include "network/TestThread.h"
+#include "support/TestThread.h"
 #include "resource.h"
 #include "support/ImportHook.h"
 #include "support/Input.h"

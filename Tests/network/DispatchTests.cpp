@@ -1,5 +1,5 @@
 // Work for later: in order, once, on the right thread, and nobody waits for ever.
-#include "TestThread.h"
+#include "support/TestThread.h"
 #include "YMfcThread.h"
 #include "YMsgDeferredProcedureDispatcher.h"
 #include "YUnknownPointer.h"

@@ -1,6 +1,6 @@
 // Sockets of ours over the real loopback: what is asked is answered, whatever happens meanwhile.
 #include "SocketKit.h"
-#include "TestThread.h"
+#include "support/TestThread.h"
 #include "support/ImportHook.h"
 #include "support/LeakCheck.h"
 

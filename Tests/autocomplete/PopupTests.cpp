@@ -1,0 +1,186 @@
+#include "autocomplete/Kit.h"
+#include "autocomplete/YAutoComplete.h"
+#include "support/Input.h"
+#include "support/LeakCheck.h"
+
+#include <afxwin.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Texts = std::vector<std::wstring>;
+
+// An edit in a window, whose list offers the text with 1, 2, 3 behind it.
+class PopupTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(top.CreateEx(0, nullptr, L"Top", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100, 100,
+                                 400, 300, nullptr, nullptr));
+        edit = ::CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", L"",
+                                 WS_CHILD | WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, 10, 10, 200,
+                                 22, top, nullptr, nullptr, nullptr);
+        source->answersAtOnce = [](const std::wstring& text) {
+            return text.empty() ? Texts() : Texts{text + L"1", text + L"2", text + L"3"};
+        };
+        ASSERT_TRUE(YAutoComplete::CreateAndAttach(edit, source.Get(), &sink, true));
+        ASSERT_TRUE(Activate(edit));
+    }
+    void TearDown() override
+    {
+        top.DestroyWindow();
+        PumpMessages();
+        source->sinks.clear();
+        EXPECT_EQ(source->AddRef(), 2u);  // nobody else holds it
+        source->Release();
+    }
+
+    // The one pop-up of this thread.
+    static HWND GetPopup()
+    {
+        return ::FindWindowW(L"YAutoCompleteListViewParentWindowClass", nullptr);
+    }
+    static HWND GetList()
+    {
+        return ::FindWindowExW(GetPopup(), nullptr, L"SysListView32", nullptr);
+    }
+    static bool IsShown() { return ::IsWindowVisible(GetPopup()) != FALSE; }
+    std::wstring GetText() const
+    {
+        wchar_t text[100];
+        ::GetWindowTextW(edit, text, 100);
+        return text;
+    }
+    void Type(char key)
+    {
+        TypeKey(static_cast<WORD>(key));
+        EXPECT_TRUE(PumpUntil([] { return IsShown(); }));
+    }
+    static POINT GetRow(int row)
+    {
+        RECT place{};
+        place.left = LVIR_BOUNDS;
+        ::SendMessageW(GetList(), LVM_GETITEMRECT, static_cast<WPARAM>(row),
+                       reinterpret_cast<LPARAM>(&place));
+        return {20, (place.top + place.bottom) / 2};
+    }
+
+    CWnd top;
+    HWND edit = nullptr;
+    YUnknownPointer<TestSource> source = YUnknownPointer<TestSource>::Make();
+    RecordingSink sink;
+};
+
+TEST_F(PopupTest, KeysWalkTheListAndBringTheTypedTextBack)
+{
+    EXPECT_FALSE(YAutoComplete::CreateAndAttach(edit, source.Get(), &sink, true));
+    Type('A');
+    for (const wchar_t* text : {L"a1", L"a2", L"a3", L"a", L"a1"}) {
+        TypeKey(VK_DOWN);
+        EXPECT_EQ(GetText(), text);
+    }
+    for (const wchar_t* text : {L"a", L"a3", L"a2"}) {
+        TypeKey(VK_UP);
+        EXPECT_EQ(GetText(), text);
+    }
+    EXPECT_EQ(source->requests, Texts{L"a"});  // walking asks nobody
+    TypeKey('B');
+    EXPECT_EQ(GetText(), L"a2b");
+    EXPECT_EQ(source->requests.back(), L"a2b");
+}
+
+TEST_F(PopupTest, TabWalksAndEscapeEmpties)
+{
+    Type('A');
+    TypeKey(VK_TAB);
+    EXPECT_EQ(GetText(), L"a1");
+    EXPECT_EQ(::GetFocus(), edit);
+    TypeKey(VK_ESCAPE);
+    EXPECT_EQ(GetText(), L"");
+    EXPECT_FALSE(IsShown());
+    EXPECT_EQ(::GetFocus(), edit);
+}
+
+TEST_F(PopupTest, ReturnAcceptsTheRowOrWhatWasTyped)
+{
+    Type('A');
+    TypeKey(VK_RETURN);
+    EXPECT_FALSE(IsShown());
+    Type('B');
+    TypeKey(VK_DOWN);
+    TypeKey(VK_RETURN);
+    EXPECT_EQ(sink.accepted, (Texts{L"a", L"ab1 list"}));
+    EXPECT_EQ(GetText(), L"ab");
+    EXPECT_FALSE(IsShown());
+}
+
+TEST_F(PopupTest, AClickAcceptsHoweverSlow)
+{
+    Type('A');
+    MovePointer(GetList(), GetRow(0));
+    MovePointer(GetList(), GetRow(1));
+    EXPECT_EQ(::SendMessageW(GetList(), LVM_GETITEMSTATE, 1, LVIS_SELECTED), LVIS_SELECTED);
+    PressLeft(GetList(), GetRow(1));
+    EXPECT_TRUE(IsShown());
+    EXPECT_EQ(::GetFocus(), edit);
+    ReleaseLeft(GetList(), GetRow(1));
+    EXPECT_TRUE(PumpUntil([&] { return !sink.accepted.empty(); }));
+    EXPECT_EQ(sink.accepted, Texts{L"a2 list"});
+    EXPECT_TRUE(PumpUntil([] { return !IsShown(); }));
+    EXPECT_EQ(::GetFocus(), edit);
+}
+
+TEST_F(PopupTest, HidesWhenTheWindowMovesAndOnAPressElsewhere)
+{
+    Type('A');
+    top.SetWindowPos(nullptr, 140, 140, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    EXPECT_TRUE(PumpUntil([] { return !IsShown(); }));
+    Type('B');
+    ClickLeft(top, {300, 200});
+    EXPECT_TRUE(PumpUntil([] { return !IsShown(); }));
+}
+
+TEST_F(PopupTest, ThreeRowsNeedNoScrollBar)
+{
+    Type('A');
+    EXPECT_FALSE(::GetWindowLongW(GetList(), GWL_STYLE) & WS_VSCROLL);
+    RECT popup{};
+    RECT place{};
+    ::GetWindowRect(GetPopup(), &popup);
+    ::GetWindowRect(edit, &place);
+    EXPECT_EQ(popup.left, place.left);
+    EXPECT_EQ(popup.top, place.bottom);
+    EXPECT_EQ(popup.right - popup.left, place.right - place.left);
+}
+
+TEST_F(PopupTest, GoesWithItsDialogAndLeavesNothing)
+{
+    const auto round = [this] {
+        CWnd other;
+        ASSERT_TRUE(other.CreateEx(0, nullptr, L"Other", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50,
+                                   300, 200, nullptr, nullptr));
+        const HWND inner = ::CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 5, 5, 100, 20,
+                                             other, nullptr, nullptr, nullptr);
+        ASSERT_TRUE(YAutoComplete::CreateAndAttach(inner, source.Get(), &sink, false));
+        ASSERT_TRUE(Activate(inner));
+        TypeKey('X');
+        ASSERT_TRUE(PumpUntil([] {
+            return ::FindWindowExW(nullptr, nullptr, L"YAutoCompleteListViewParentWindowClass",
+                                   nullptr) != nullptr;
+        }));
+        other.DestroyWindow();
+        PumpMessages();
+        source->requests.clear();
+        source->sinks.clear();
+        CWinThread().OnIdle(1);  // the framework's temporary objects go
+    };
+    round();
+    const LeakCheck leaks;
+    for (int i = 0; i < 20; ++i) {
+        round();
+    }
+}
+
+}  // namespace
