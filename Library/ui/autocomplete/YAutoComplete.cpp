@@ -264,12 +264,12 @@ void YAutoComplete::AcceptWhatIsThere()
 
 void YAutoComplete::AcceptText(const std::wstring& text, bool fromList)
 {
-    const std::wstring accepted = text;  // text may be ours: the sink may change it as it reads
     const bool alt = IsKeyDown(VK_MENU);
     const bool ctrl = IsKeyDown(VK_CONTROL);
     const bool shift = IsKeyDown(VK_SHIFT);
     PostToPopup(hideMessage);
-    Accept(accepted.c_str(), fromList, alt, ctrl, shift, this);
+    // A copy: text may be ours, and the sink may change it while it reads.
+    Accept(std::wstring(text).c_str(), fromList, alt, ctrl, shift, this);
 }
 
 void YAutoComplete::EmptyEdit()

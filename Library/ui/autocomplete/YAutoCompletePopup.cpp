@@ -217,7 +217,7 @@ LRESULT YAutoComplete::OnSizeBoxMessage(HWND window, UINT message, WPARAM wParam
 
 bool YAutoComplete::CreateControls(HWND window)
 {
-    auto** const owner = static_cast<YAutoComplete**>(::GlobalAlloc(GPTR, sizeof(YAutoComplete*)));
+    auto** const owner = static_cast<YAutoComplete**>(::GlobalAlloc(GPTR, sizeof(void*)));
     if (owner == nullptr) {
         return false;
     }
