@@ -2,10 +2,14 @@
 #include "autocomplete/YAutoComplete.h"
 #include "support/Input.h"
 #include "support/LeakCheck.h"
+#include "support/TestThread.h"
 
 #include <afxwin.h>
 
 #include <gtest/gtest.h>
+
+#include <atomic>
+#include <functional>
 
 namespace {
 
@@ -153,6 +157,103 @@ TEST_F(PopupTest, ThreeRowsNeedNoScrollBar)
     EXPECT_EQ(popup.left, place.left);
     EXPECT_EQ(popup.top, place.bottom);
     EXPECT_EQ(popup.right - popup.left, place.right - place.left);
+}
+
+TEST_F(PopupTest, ShowsNothingWithoutFocusOrRows)
+{
+    Type('A');
+    ::SetFocus(top);
+    EXPECT_TRUE(PumpUntil([] { return !IsShown(); }));
+    source->Answer(L"a", {L"late"});
+    PumpMessages();
+    EXPECT_FALSE(IsShown());
+    ::SetFocus(edit);
+    source->Answer(L"a", {L"late"});
+    EXPECT_TRUE(PumpUntil([] { return IsShown(); }));
+    source->Answer(L"a", {});
+    EXPECT_TRUE(PumpUntil([] { return !IsShown(); }));
+}
+
+TEST_F(PopupTest, ANewListTakesTheHighlightAndLeavesTheEdit)
+{
+    Type('A');
+    TypeKey(VK_DOWN);
+    source->Answer(L"a", {L"x", L"y"});
+    PumpMessages();
+    EXPECT_EQ(GetText(), L"a1");
+    EXPECT_EQ(::SendMessageW(GetList(), LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED),
+              -1);
+    TypeKey(VK_DOWN);
+    EXPECT_EQ(GetText(), L"x");
+}
+
+TEST_F(PopupTest, TheCornerSizesTheListForGood)
+{
+    Type('A');
+    RECT before{};
+    ::GetWindowRect(GetPopup(), &before);
+    RECT client{};
+    ::GetClientRect(GetPopup(), &client);
+    std::atomic<bool> isDone = false;
+    const HWND popup = GetPopup();
+    TestThread user([&] {  // sizing is a loop of the system's on our thread
+        DragLeft(popup, {client.right - 4, client.bottom - 4},
+                 {client.right + 76, client.bottom + 46});
+        isDone = true;
+    });
+    EXPECT_TRUE(PumpUntil([&] { return isDone.load(); }));
+    EXPECT_EQ(::GetFocus(), edit);
+    RECT after{};
+    ::GetWindowRect(GetPopup(), &after);
+    EXPECT_EQ(after.right - before.right, 80);
+    EXPECT_EQ(after.bottom - before.bottom, 50);
+    Type('B');
+    RECT kept{};
+    ::GetWindowRect(GetPopup(), &kept);
+    EXPECT_TRUE(::EqualRect(&kept, &after));
+}
+
+// The system's count of rows needs 17 bits here, its height 21.
+TEST_F(PopupTest, AHundredThousandRowsFillHalfTheWindow)
+{
+    source->answersAtOnce = [](const std::wstring& text) { return Texts(100'000, text + L"!"); };
+    Type('A');
+    RECT popup{};
+    RECT root{};
+    ::GetWindowRect(GetPopup(), &popup);
+    ::GetWindowRect(top, &root);
+    EXPECT_EQ(popup.bottom - popup.top, (root.bottom - root.top) / 2);
+}
+
+// Every pair of what can happen to a shown list: it survives, and is usable afterwards.
+TEST_F(PopupTest, SurvivesEveryPairOfEvents)
+{
+    const std::function<void()> events[] = {
+        [&] { ::SetFocus(top); },
+        [&] { ::SetFocus(edit); },
+        [&] { top.SetWindowPos(nullptr, 120, 130, 0, 0, SWP_NOSIZE | SWP_NOZORDER); },
+        [&] { ::SetWindowPos(edit, nullptr, 12, 14, 180, 22, SWP_NOZORDER); },
+        [&] { source->Answer(source->requests.back().c_str(), {L"other"}); },
+        [&] { source->Answer(source->requests.back().c_str(), {}); },
+        [&] { TypeKey(VK_DOWN); },
+        [&] { TypeKey(VK_UP); },
+        [&] { TypeKey(VK_RETURN); },
+        [&] { TypeKey(VK_ESCAPE); },
+        [&] { ClickLeft(GetList(), GetRow(0)); },
+        [&] { ::SetWindowTextW(edit, L"host"); },
+    };
+    for (const auto& first : events) {
+        for (const auto& second : events) {
+            first();
+            second();
+            ::SetFocus(edit);
+            ::SetWindowTextW(edit, L"");
+            ::SetWindowTextW(edit, L"q");
+            ASSERT_TRUE(PumpUntil([] { return IsShown(); }));
+            TypeKey(VK_DOWN);
+            ASSERT_EQ(GetText(), L"q1");
+        }
+    }
 }
 
 TEST_F(PopupTest, GoesWithItsDialogAndLeavesNothing)

@@ -2,9 +2,9 @@
 #include "HostnameResolver.h"
 
 #include "network/SocketKit.h"
-#include "support/TestThread.h"
 #include "support/ImportHook.h"
 #include "support/LeakCheck.h"
+#include "support/TestThread.h"
 
 #include <CommonUiInit.h>
 #include <YReportMessageParams.h>

@@ -5,10 +5,10 @@
 #include "ConsoleSettings.h"
 #include "ConsoleView.h"
 #include "LineRules.h"
-#include "support/TestThread.h"
 #include "resource.h"
 #include "support/ImportHook.h"
 #include "support/Input.h"
+#include "support/TestThread.h"
 #include "textview/Lines.h"
 
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
 // Work for later: in order, once, on the right thread, and nobody waits for ever.
-#include "support/TestThread.h"
 #include "YMfcThread.h"
 #include "YMsgDeferredProcedureDispatcher.h"
 #include "YUnknownPointer.h"
 #include "support/ImportHook.h"
 #include "support/Input.h"
+#include "support/TestThread.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // Sockets of ours over the real loopback: what is asked is answered, whatever happens meanwhile.
 #include "SocketKit.h"
-#include "support/TestThread.h"
 #include "support/ImportHook.h"
 #include "support/LeakCheck.h"
+#include "support/TestThread.h"
 
 #include <stdexcept>
 #include <utility>
