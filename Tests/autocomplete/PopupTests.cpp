@@ -1,5 +1,6 @@
 #include "autocomplete/Kit.h"
 #include "autocomplete/YAutoComplete.h"
+#include "support/ImportHook.h"
 #include "support/Input.h"
 #include "support/LeakCheck.h"
 #include "support/TestThread.h"
@@ -14,6 +15,8 @@
 namespace {
 
 using Texts = std::vector<std::wstring>;
+
+constexpr wchar_t popupClass[] = L"YAutoCompleteListViewParentWindowClass";
 
 // An edit in a window, whose list offers the text with 1, 2, 3 behind it.
 class PopupTest : public testing::Test
@@ -42,15 +45,22 @@ protected:
     }
 
     // The one pop-up of this thread.
-    static HWND GetPopup()
-    {
-        return ::FindWindowW(L"YAutoCompleteListViewParentWindowClass", nullptr);
-    }
+    static HWND GetPopup() { return ::FindWindowW(popupClass, nullptr); }
     static HWND GetList()
     {
         return ::FindWindowExW(GetPopup(), nullptr, L"SysListView32", nullptr);
     }
     static bool IsShown() { return ::IsWindowVisible(GetPopup()) != FALSE; }
+    static bool IsAnyShown()
+    {
+        HWND popup = nullptr;
+        while ((popup = ::FindWindowExW(nullptr, popup, popupClass, nullptr)) != nullptr) {
+            if (::IsWindowVisible(popup)) {
+                return true;
+            }
+        }
+        return false;
+    }
     std::wstring GetText() const
     {
         wchar_t text[100];
@@ -136,14 +146,49 @@ TEST_F(PopupTest, AClickAcceptsHoweverSlow)
     EXPECT_EQ(::GetFocus(), edit);
 }
 
-TEST_F(PopupTest, HidesWhenTheWindowMovesAndOnAPressElsewhere)
+// Some lists wait for the release inside the press, and tell of the click there.
+LRESULT WINAPI ClickInsideThePress(WNDPROC previous, HWND list, UINT message, WPARAM wParam,
+                                   LPARAM lParam)
 {
+    const LRESULT result = ::CallWindowProcW(previous, list, message, wParam, lParam);
+    if (message == WM_LBUTTONDOWN) {
+        NMITEMACTIVATE click{};
+        click.hdr = {list, 0, static_cast<UINT>(NM_CLICK)};
+        ::SendMessageW(::GetParent(list), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&click));
+    }
+    return result;
+}
+
+TEST_F(PopupTest, TheSinkDecidesWhereTheFocusGoes)
+{
+    const ImportHook list(L"CommonUi.dll", "user32.dll", "CallWindowProcW", &ClickInsideThePress);
     Type('A');
-    top.SetWindowPos(nullptr, 140, 140, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
-    EXPECT_TRUE(PumpUntil([] { return !IsShown(); }));
-    Type('B');
-    ClickLeft(top, {300, 200});
-    EXPECT_TRUE(PumpUntil([] { return !IsShown(); }));
+    sink.atAccept = [&] {
+        EXPECT_EQ(::GetFocus(), edit);
+        ::SetFocus(top);
+    };
+    PressLeft(GetList(), GetRow(0));
+    EXPECT_EQ(sink.accepted, Texts{L"a1 list"});
+    EXPECT_EQ(::GetFocus(), top.m_hWnd);
+    sink.atAccept = nullptr;
+    ReleaseLeft(top, {300, 200});
+}
+
+TEST_F(PopupTest, HidesWhenItsPlaceOrTheUsersAttentionChanges)
+{
+    const std::function<void()> changes[] = {
+        [&] { top.SetWindowPos(nullptr, 140, 140, 0, 0, SWP_NOSIZE | SWP_NOZORDER); },
+        [&] {
+            ClickLeft(top, {300, 200});
+        },
+        [&] { top.SendMessage(WM_ENTERMENULOOP); },
+        [&] { top.SendMessage(WM_NCMBUTTONDOWN, HTCAPTION); },
+    };
+    for (const auto& change : changes) {
+        Type('A');
+        change();
+        EXPECT_TRUE(PumpUntil([] { return !IsShown(); }));
+    }
 }
 
 TEST_F(PopupTest, ThreeRowsNeedNoScrollBar)
@@ -270,10 +315,7 @@ TEST_F(PopupTest, GoesWithItsDialogAndLeavesNothing)
         ASSERT_TRUE(YAutoComplete::CreateAndAttach(inner, source.Get(), &sink, false));
         ASSERT_TRUE(Activate(inner));
         TypeKey('X');
-        ASSERT_TRUE(PumpUntil([] {
-            return ::FindWindowExW(nullptr, nullptr, L"YAutoCompleteListViewParentWindowClass",
-                                   nullptr) != nullptr;
-        }));
+        ASSERT_TRUE(PumpUntil([] { return IsAnyShown(); }));
         other.DestroyWindow();
         PumpMessages();
         source->requests.clear();

@@ -1,5 +1,6 @@
 #include "YIoSocket.h"
 
+#include "CallGuarded.h"
 #include "YAddress.h"
 #include "YMessages.h"
 #include "YWinsock.h"
@@ -341,7 +342,7 @@ void YIoSocket::Deliver(Answers& answers, std::size_t most)
     for (; most > 0 && !answers.finished.empty(); --most) {
         SocketQueue told;
         told.splice(told.begin(), answers.finished, answers.finished.begin());
-        CallHost([&] { (this->*answers.tell)(told.front()); });
+        CallGuarded([&] { (this->*answers.tell)(told.front()); });
     }
     if (!answers.finished.empty()) {
         Announce(answers);

@@ -126,17 +126,6 @@ private:
     LRESULT OnTimer(UINT_PTR timer) override;
 
     bool HasSocket() const { return m_hSocket != INVALID_SOCKET; }
-    // What the host throws ends here: it must cost nobody else an answer.
-    template <class Call>
-    static void CallHost(const Call& call) noexcept
-    {
-        try {
-            call();
-        } catch (CException* exception) {
-            exception->Delete();
-        } catch (...) {  // nobody up there could tell what it means
-        }
-    }
 
     void BeginAnew(int socketType);
     void ApplyOptions();

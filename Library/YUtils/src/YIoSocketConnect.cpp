@@ -1,4 +1,5 @@
 // Connects and accepts of YIoSocket.
+#include "CallGuarded.h"
 #include "HostServices.h"
 #include "YAddress.h"
 #include "YIoSocket.h"
@@ -116,7 +117,7 @@ void YIoSocket::OnHostname(void* context, const YReportMessageParams& reportPara
     SocketOperation& request = resolved.front();
     request.isResolving = false;
     if (request.resolverSink) {
-        CallHost([&] { request.resolverSink->OnHostname(context, reportParams, result); });
+        CallGuarded([&] { request.resolverSink->OnHostname(context, reportParams, result); });
         request.resolverSink.Reset();
     }
     request.error = UseResolved(reportParams.GetMessageId(), result);
@@ -156,7 +157,7 @@ void YIoSocket::OnConnect(int nErrorCode)
         SocketQueue connected;
         connected.splice(connected.begin(), pendingConnects);
         connected.front().error = static_cast<unsigned>(nErrorCode);
-        CallHost([&] { TellConnect(connected.front()); });
+        CallGuarded([&] { TellConnect(connected.front()); });
     } else {
         Deliver(connects, connects.finished.size());
     }

@@ -1,5 +1,6 @@
 #include "YNotificationSink.h"
 
+#include "CallGuarded.h"
 #include "YModule.h"
 #include "YUniqueHandle.h"
 
@@ -198,7 +199,7 @@ LRESULT CALLBACK YNotificationSink::WindowProcedure(HWND window, UINT message, W
                                                     LPARAM lParam) noexcept
 {
     YNotificationSink* const sink = GetSink(window);
-    try {
+    return CallGuarded([&]() -> LRESULT {
         if (message == WM_CLOSE) {
             Close(window, wParam, lParam);
             return 0;
@@ -207,11 +208,7 @@ LRESULT CALLBACK YNotificationSink::WindowProcedure(HWND window, UINT message, W
             return sink ? sink->HandleMessage(message, wParam, lParam) : 0;
         }
         return ::DefWindowProcW(window, message, wParam, lParam);
-    } catch (CException* exception) {
-        exception->Delete();
-    } catch (...) {  // nobody up there could tell what it means
-    }
-    return 0;
+    });
 }
 
 LRESULT YNotificationSink::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam)

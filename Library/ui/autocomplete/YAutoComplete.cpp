@@ -4,15 +4,7 @@
 #include "autocomplete/PopupMessages.h"
 #include "autocomplete/WindowGuard.h"
 
-#include <commctrl.h>
-
 namespace {
-
-// As of the moment of the call, not of the message: that is what the sink is told.
-bool IsKeyDown(int virtualKey)
-{
-    return ::GetKeyState(virtualKey) < 0;
-}
 
 bool IsOwnThread(HWND window)
 {
@@ -41,7 +33,8 @@ bool YAutoComplete::CreateAndAttach(HWND edit, IAutoCompleteDataSource* source,
                                     IAutoCompleteSink* sink, bool fitEditWidth)
 {
     DWORD_PTR attached = 0;
-    if (::GetWindowSubclass(edit, &EditProcedure, 0, &attached)) {
+    if (::GetWindowSubclass(edit, &SubclassProcedure<YAutoComplete, &YAutoComplete::OnEditMessage>,
+                            0, &attached)) {
         return false;
     }
     Pointer::Adopt(new YAutoComplete(edit, source, sink, fitEditWidth))->Attach();
@@ -59,7 +52,8 @@ void YAutoComplete::Attach()
 {
     // The system need not notice that the window is not ours to subclass.
     if (!IsOwnThread(edit) ||
-        !::SetWindowSubclass(edit, &EditProcedure, 0, reinterpret_cast<DWORD_PTR>(this))) {
+        !::SetWindowSubclass(edit, &SubclassProcedure<YAutoComplete, &YAutoComplete::OnEditMessage>,
+                             0, reinterpret_cast<DWORD_PTR>(this))) {
         edit = nullptr;
         return;
     }
@@ -78,7 +72,8 @@ void YAutoComplete::Attach()
 
 void YAutoComplete::Detach()
 {
-    if (!::RemoveWindowSubclass(edit, &EditProcedure, 0)) {
+    if (!::RemoveWindowSubclass(
+            edit, &SubclassProcedure<YAutoComplete, &YAutoComplete::OnEditMessage>, 0)) {
         return;
     }
     if (const HWND window = popup) {
@@ -96,41 +91,20 @@ void YAutoComplete::EnterParent(HWND window)
 {
     editParent = window;
     if (editParent != nullptr) {
-        ::SetWindowSubclass(editParent, &ParentProcedure, GetSubclassId(),
-                            reinterpret_cast<DWORD_PTR>(this));
+        ::SetWindowSubclass(editParent,
+                            &SubclassProcedure<YAutoComplete, &YAutoComplete::OnParentMessage>,
+                            GetSubclassId(), reinterpret_cast<DWORD_PTR>(this));
     }
 }
 
 void YAutoComplete::LeaveParent()
 {
     if (editParent != nullptr) {
-        ::RemoveWindowSubclass(editParent, &ParentProcedure, GetSubclassId());
+        ::RemoveWindowSubclass(editParent,
+                               &SubclassProcedure<YAutoComplete, &YAutoComplete::OnParentMessage>,
+                               GetSubclassId());
         editParent = nullptr;
     }
-}
-
-LRESULT CALLBACK YAutoComplete::EditProcedure(HWND window, UINT message, WPARAM wParam,
-                                              LPARAM lParam, UINT_PTR, DWORD_PTR object) noexcept
-{
-    return HandleGuarded<YAutoComplete>(object, [&](YAutoComplete& target) {
-        return target.OnEditMessage(window, message, wParam, lParam);
-    });
-}
-
-LRESULT CALLBACK YAutoComplete::ParentProcedure(HWND window, UINT message, WPARAM wParam,
-                                                LPARAM lParam, UINT_PTR, DWORD_PTR object) noexcept
-{
-    return HandleGuarded<YAutoComplete>(object, [&](YAutoComplete& target) {
-        return target.OnParentMessage(window, message, wParam, lParam);
-    });
-}
-
-LRESULT CALLBACK YAutoComplete::RootProcedure(HWND window, UINT message, WPARAM wParam,
-                                              LPARAM lParam, UINT_PTR, DWORD_PTR object) noexcept
-{
-    return HandleGuarded<YAutoComplete>(object, [&](YAutoComplete& target) {
-        return target.OnRootMessage(window, message, wParam, lParam);
-    });
 }
 
 LRESULT YAutoComplete::OnEditMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -165,6 +139,8 @@ LRESULT YAutoComplete::OnParentMessage(HWND window, UINT message, WPARAM wParam,
         OnEditNotification(HIWORD(wParam));
     } else if (message == WM_WINDOWPOSCHANGING) {
         OnMoving(*reinterpret_cast<const WINDOWPOS*>(lParam));
+    } else if (message == WM_NCDESTROY) {
+        LeaveParent();
     }
     return ::DefSubclassProc(window, message, wParam, lParam);
 }
@@ -184,6 +160,7 @@ LRESULT YAutoComplete::OnRootMessage(HWND window, UINT message, WPARAM wParam, L
             return 0;
         }
         break;
+    case WM_NCDESTROY: StopWatching(); break;
     default: break;
     }
     return ::DefSubclassProc(window, message, wParam, lParam);
@@ -230,7 +207,7 @@ bool YAutoComplete::OnKeyDown(WPARAM key)
     switch (key) {
     case VK_DOWN: GoDown(); return true;
     case VK_UP: GoUp(); return true;
-    case VK_TAB: IsKeyDown(VK_SHIFT) ? GoUp() : GoDown(); return true;
+    case VK_TAB: IsKeyModifierPressed(VK_SHIFT) ? GoUp() : GoDown(); return true;
     case VK_RETURN: AcceptWhatIsThere(); return true;
     case VK_ESCAPE: EmptyEdit(); return true;
     default: return false;
@@ -264,10 +241,11 @@ void YAutoComplete::AcceptWhatIsThere()
 
 void YAutoComplete::AcceptText(const std::wstring& text, bool fromList)
 {
-    const bool alt = IsKeyDown(VK_MENU);
-    const bool ctrl = IsKeyDown(VK_CONTROL);
-    const bool shift = IsKeyDown(VK_SHIFT);
+    const bool alt = IsKeyModifierPressed(VK_MENU);
+    const bool ctrl = IsKeyModifierPressed(VK_CONTROL);
+    const bool shift = IsKeyModifierPressed(VK_SHIFT);
     PostToPopup(hideMessage);
+    GiveFocusBack();  // before the sink, which may put it elsewhere
     // A copy: text may be ours, and the sink may change it while it reads.
     Accept(std::wstring(text).c_str(), fromList, alt, ctrl, shift, this);
 }
@@ -318,7 +296,7 @@ void YAutoComplete::SelectItem(unsigned index, bool makeVisible, bool writeText)
     }
     selectedText = GetCompletionAtIndex(index);
     selectedIndex = index;
-    SetItemSelected(listView, index, true);  // the one before loses it: the list has but one
+    MarkItem(index, true);  // the one before loses it: the list has but one
     if (makeVisible) {
         CallList(LVM_ENSUREVISIBLE, index, FALSE);
         UpdateScrollBar();
@@ -333,9 +311,17 @@ void YAutoComplete::ClearSelection(bool writeText)
     if (selectedIndex == npos) {
         return;
     }
-    SetItemSelected(listView, selectedIndex, false);
+    MarkItem(selectedIndex, false);
     selectedIndex = npos;
     if (writeText && edit != nullptr) {
         WriteIntoEdit(std::wstring(typedText));
     }
+}
+
+void YAutoComplete::MarkItem(unsigned index, bool selected)
+{
+    LVITEMW state{};
+    state.stateMask = LVIS_SELECTED;
+    state.state = selected ? LVIS_SELECTED : 0U;
+    CallList(LVM_SETITEMSTATE, index, reinterpret_cast<LPARAM>(&state));
 }

@@ -52,12 +52,6 @@ private:
     void Detach();
     void EnterParent(HWND window);
     void LeaveParent();
-    static LRESULT CALLBACK EditProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                          UINT_PTR id, DWORD_PTR object) noexcept;
-    static LRESULT CALLBACK ParentProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                            UINT_PTR id, DWORD_PTR object) noexcept;
-    static LRESULT CALLBACK RootProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                          UINT_PTR id, DWORD_PTR object) noexcept;
     LRESULT OnEditMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT OnParentMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT OnRootMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
@@ -77,6 +71,7 @@ private:
     void WriteIntoEdit(const std::wstring& text);
     void SelectItem(unsigned index, bool makeVisible, bool writeText);
     void ClearSelection(bool writeText);
+    void MarkItem(unsigned index, bool selected);
 
     // The pop-up and what it holds: YAutoCompletePopup.cpp
     static void CreatePopupOf(YAutoComplete& object);
@@ -84,8 +79,6 @@ private:
                                            LPARAM lParam) noexcept;
     static LRESULT CALLBACK ListProcedure(HWND window, UINT message, WPARAM wParam,
                                           LPARAM lParam) noexcept;
-    static LRESULT CALLBACK SizeBoxProcedure(HWND window, UINT message, WPARAM wParam,
-                                             LPARAM lParam, UINT_PTR id, DWORD_PTR object) noexcept;
     LRESULT OnPopupMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT OnListMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT OnSizeBoxMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
@@ -99,6 +92,7 @@ private:
     LRESULT OnListNotification(const NMHDR& header, LPARAM lParam);
     void OnItemTracked(int item);
     void OnPointerMove(POINT point);
+    void GiveFocusBack();
     void OnItemClicked(int item);
     LRESULT OnCustomDraw(const NMCUSTOMDRAW& drawing);
     void DrawItem(HDC dc, int item);
@@ -143,9 +137,10 @@ private:
     bool notifyOnChange = true;  // false: what changes in the edit is not the user's typing
     std::wstring typedText;  // by the user; comes back when no row is highlighted
     bool fitEditWidth;
-    bool keepsFocus = false;  // the list is handling a press: the focus that it takes comes back
+    bool keepsFocus = false;  // the list is handling a press: the focus is still the edit's
     std::wstring selectedText;  // of the highlighted row, as it was when it was highlighted
-    POINT pointerAtShow{};  // on the screen; until it moves it points at nothing
+    // On the screen. While it rests there, the pointer points at nothing.
+    POINT restingPointer{};
 
     // Shared by all threads, under the mutex; nobody is called with it held.
     static std::mutex m_mutexAutoComplete;

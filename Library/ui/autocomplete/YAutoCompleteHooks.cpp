@@ -1,5 +1,5 @@
+#include "CallGuarded.h"
 #include "autocomplete/PopupMessages.h"
-#include "autocomplete/WindowGuard.h"
 #include "autocomplete/YAutoComplete.h"
 
 std::mutex YAutoComplete::m_mutexAutoComplete;
@@ -96,10 +96,7 @@ YAutoComplete::Pointer YAutoComplete::FindShown()
 LRESULT CALLBACK YAutoComplete::MessageHook(int code, WPARAM wParam, LPARAM lParam) noexcept
 {
     if (code == HC_ACTION) {
-        CallGuarded([&] {
-            OnThreadMessage(*reinterpret_cast<MSG*>(lParam), wParam == PM_REMOVE);
-            return LRESULT{0};
-        });
+        CallGuarded([&] { OnThreadMessage(*reinterpret_cast<MSG*>(lParam), wParam == PM_REMOVE); });
     }
     return ::CallNextHookEx(nullptr, code, wParam, lParam);
 }
@@ -129,7 +126,6 @@ LRESULT CALLBACK YAutoComplete::MouseHook(int code, WPARAM wParam, LPARAM lParam
             if (const Pointer object = FindShown()) {
                 object->OnPressAnywhere(reinterpret_cast<const MOUSEHOOKSTRUCT*>(lParam)->pt);
             }
-            return LRESULT{0};
         });
     }
     return ::CallNextHookEx(nullptr, code, wParam, lParam);

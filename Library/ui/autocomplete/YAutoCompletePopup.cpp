@@ -5,7 +5,6 @@
 #include <windowsx.h>
 
 #include <algorithm>
-#include <cwchar>
 
 namespace {
 
@@ -79,29 +78,30 @@ public:
 bool YAutoComplete::m_bIsListViewParentWindowClassRegistered = false;
 const YAutoComplete::ClassRegistration YAutoComplete::ClassRegistration::once;
 
-// While it lives, the list is handling a press, and takes the focus on some systems: the edit gets
-// it back at the end, and its loss does not count.
+// While it lives, the list or the size box is handling a press, and takes the focus on some systems:
+// that loss does not count, and the edit gets the focus back at the end.
 class YAutoComplete::KeepingFocus
 {
 public:
-    explicit KeepingFocus(YAutoComplete& keeper) : object(keeper), hadFocus(keeper.editHasFocus)
+    explicit KeepingFocus(YAutoComplete& keeper) : object(keeper)
     {
-        object.keepsFocus = true;
+        object.keepsFocus = object.editHasFocus;
     }
-    ~KeepingFocus()
-    {
-        if (hadFocus && object.edit != nullptr && ::GetFocus() != object.edit) {
-            ::SetFocus(object.edit);
-        }
-        object.keepsFocus = false;
-    }
+    ~KeepingFocus() { object.GiveFocusBack(); }
     KeepingFocus(const KeepingFocus&) = delete;
     KeepingFocus& operator=(const KeepingFocus&) = delete;
 
 private:
     YAutoComplete& object;
-    bool hadFocus;
 };
+
+void YAutoComplete::GiveFocusBack()
+{
+    if (keepsFocus && edit != nullptr && ::GetFocus() != edit) {
+        ::SetFocus(edit);
+    }
+    keepsFocus = false;
+}
 
 void YAutoComplete::CreatePopupOf(YAutoComplete& object)
 {
@@ -111,7 +111,8 @@ void YAutoComplete::CreatePopupOf(YAutoComplete& object)
     ::CreateWindowExW(extendedStyle, popupClass, L"", style, 0, 0, 0, 0, nullptr, nullptr,
                       ::GetModuleHandleW(nullptr), &object);
     if (object.sizeBox != nullptr) {
-        ::SetWindowSubclass(object.sizeBox, &SizeBoxProcedure, 0,
+        ::SetWindowSubclass(object.sizeBox,
+                            &SubclassProcedure<YAutoComplete, &YAutoComplete::OnSizeBoxMessage>, 0,
                             reinterpret_cast<DWORD_PTR>(&object));
     }
 }
@@ -131,9 +132,9 @@ LRESULT CALLBACK YAutoComplete::PopupProcedure(HWND window, UINT message, WPARAM
     if (object == 0) {
         return ::DefWindowProcW(window, message, wParam, lParam);
     }
-    return HandleGuarded<YAutoComplete>(static_cast<DWORD_PTR>(object), [&](YAutoComplete& target) {
-        return target.OnPopupMessage(window, message, wParam, lParam);
-    });
+    return HandleGuarded<YAutoComplete>(static_cast<DWORD_PTR>(object),
+                                        &YAutoComplete::OnPopupMessage, window, message, wParam,
+                                        lParam);
 }
 
 LRESULT CALLBACK YAutoComplete::ListProcedure(HWND window, UINT message, WPARAM wParam,
@@ -143,18 +144,9 @@ LRESULT CALLBACK YAutoComplete::ListProcedure(HWND window, UINT message, WPARAM 
     if (owner == nullptr) {
         return ::DefWindowProcW(window, message, wParam, lParam);
     }
-    return HandleGuarded<YAutoComplete>(
-        reinterpret_cast<DWORD_PTR>(*owner), [&](YAutoComplete& target) {
-            return target.OnListMessage(window, message, wParam, lParam);
-        });
-}
-
-LRESULT CALLBACK YAutoComplete::SizeBoxProcedure(HWND window, UINT message, WPARAM wParam,
-                                                 LPARAM lParam, UINT_PTR, DWORD_PTR object) noexcept
-{
-    return HandleGuarded<YAutoComplete>(object, [&](YAutoComplete& target) {
-        return target.OnSizeBoxMessage(window, message, wParam, lParam);
-    });
+    return HandleGuarded<YAutoComplete>(reinterpret_cast<DWORD_PTR>(*owner),
+                                        &YAutoComplete::OnListMessage, window, message, wParam,
+                                        lParam);
 }
 
 LRESULT YAutoComplete::OnPopupMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -185,7 +177,6 @@ LRESULT YAutoComplete::OnPopupMessage(HWND window, UINT message, WPARAM wParam, 
 
 LRESULT YAutoComplete::OnListMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    const WNDPROC previous = previousListProcedure;
     if (IsButtonDown(message) || IsDoubleClick(message)) {
         return PressOnList(window, message, wParam, lParam);
     }
@@ -195,7 +186,7 @@ LRESULT YAutoComplete::OnListMessage(HWND window, UINT message, WPARAM wParam, L
     case WM_NCDESTROY: OnListGone(); break;
     default: break;
     }
-    return ::CallWindowProcW(previous, window, message, wParam, lParam);
+    return ::CallWindowProcW(previousListProcedure, window, message, wParam, lParam);
 }
 
 // Not every system's size box sizes its window; this way they all do.
@@ -203,6 +194,10 @@ LRESULT YAutoComplete::OnSizeBoxMessage(HWND window, UINT message, WPARAM wParam
 {
     if (IsDoubleClick(message)) {
         return 0;
+    }
+    if (message == WM_NCDESTROY) {
+        ::RemoveWindowSubclass(
+            window, &SubclassProcedure<YAutoComplete, &YAutoComplete::OnSizeBoxMessage>, 0);
     }
     if (message == WM_LBUTTONDOWN) {
         const KeepingFocus keeping(*this);
@@ -345,10 +340,10 @@ void YAutoComplete::OnPointerMove(POINT point)
 {
     POINT onScreen = point;
     ::ClientToScreen(listView, &onScreen);
-    if (onScreen.x == pointerAtShow.x && onScreen.y == pointerAtShow.y) {
+    if (onScreen.x == restingPointer.x && onScreen.y == restingPointer.y) {
         return;
     }
-    pointerAtShow = {MAXLONG, MAXLONG};
+    restingPointer = {MAXLONG, MAXLONG};  // nowhere: it rests no longer
     LVHITTESTINFO hit{};
     hit.pt = point;
     OnItemTracked(static_cast<int>(CallList(LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit))));
@@ -358,7 +353,8 @@ void YAutoComplete::OnItemClicked(int item)
 {
     const auto index = static_cast<unsigned>(item);
     if (index < GetItemCount()) {
-        AcceptText(GetCompletionAtIndex(index), true);
+        // As it was when it was highlighted: another list may be on its way to the screen.
+        AcceptText(index == selectedIndex ? selectedText : GetCompletionAtIndex(index), true);
     }
 }
 
@@ -475,7 +471,7 @@ void YAutoComplete::Show()
     ::GetWindowRect(edit, &place);
     const SIZE size = userSized ? SIZE{} : GetSizeToShow(place);
     if (!IsPopupVisible()) {
-        ::GetCursorPos(&pointerAtShow);
+        ::GetCursorPos(&restingPointer);
     }
     ::SetWindowPos(popup, HWND_TOPMOST, place.left, place.bottom, size.cx, size.cy,
                    SWP_NOACTIVATE | SWP_SHOWWINDOW | (userSized ? SWP_NOSIZE : 0U));
@@ -505,9 +501,11 @@ void YAutoComplete::StartWatching()
     if (mouseHook != nullptr) {
         return;
     }
+    StopWatching();  // what was left when the hook could not be had
     rootWindow = ::GetAncestor(edit, GA_ROOT);
-    ::SetWindowSubclass(rootWindow, &RootProcedure, GetSubclassId(),
-                        reinterpret_cast<DWORD_PTR>(this));
+    ::SetWindowSubclass(rootWindow,
+                        &SubclassProcedure<YAutoComplete, &YAutoComplete::OnRootMessage>,
+                        GetSubclassId(), reinterpret_cast<DWORD_PTR>(this));
     BecomeShown();
     mouseHook = ::SetWindowsHookExW(WH_MOUSE, &MouseHook, nullptr, ::GetCurrentThreadId());
 }
@@ -517,7 +515,9 @@ void YAutoComplete::StopWatching()
     if (rootWindow == nullptr) {
         return;
     }
-    ::RemoveWindowSubclass(std::exchange(rootWindow, nullptr), &RootProcedure, GetSubclassId());
+    ::RemoveWindowSubclass(std::exchange(rootWindow, nullptr),
+                           &SubclassProcedure<YAutoComplete, &YAutoComplete::OnRootMessage>,
+                           GetSubclassId());
     if (mouseHook != nullptr) {
         ::UnhookWindowsHookEx(std::exchange(mouseHook, nullptr));
     }
