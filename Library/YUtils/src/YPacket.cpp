@@ -15,30 +15,6 @@ constexpr unsigned newChunkBytes = 1024;  // capacity, and what a run's own chun
 constexpr unsigned char lineEnd[] = {13, 10};
 constexpr unsigned wideBytes = 2;  // of a character
 
-// Nearly every chunk is a YBasicBuffer, whose answers cost no call: that is most of the price of an
-// integer. By address: a type that another module describes once more only takes the longer way.
-inline YBasicBuffer* AsOwn(IBuffer& chunk)
-{
-    return &typeid(chunk) == &typeid(YBasicBuffer) ? static_cast<YBasicBuffer*>(&chunk) : nullptr;
-}
-
-// What an operation asks of a chunk, in one look.
-struct View
-{
-    unsigned char* data;
-    unsigned size;  // at most capacity
-    unsigned capacity;
-};
-
-inline View Look(IBuffer& chunk)
-{
-    if (YBasicBuffer* const own = AsOwn(chunk)) {
-        return {own->Data(), own->Size(), own->Capacity()};
-    }
-    const unsigned capacity = chunk.Capacity();
-    return {chunk.Data(), std::min(chunk.Size(), capacity), capacity};
-}
-
 // Between the machine's order and the other one.
 template <class Integer>
 Integer Swap(Integer value)
@@ -51,6 +27,16 @@ Integer Swap(Integer value)
         return static_cast<Integer>(__builtin_bswap16(static_cast<std::uint16_t>(value)));
     } else {
         return value;
+    }
+}
+
+// A call costs more than the one byte of the smallest chunk.
+inline void CopyPiece(unsigned char* to, const unsigned char* from, unsigned size)
+{
+    if (size == 1) {
+        *to = *from;
+    } else {
+        std::memcpy(to, from, size);
     }
 }
 
@@ -113,10 +99,28 @@ private:
     bool kept = false;
 };
 
+// By the address of its type: one that another module describes once more only takes the longer way.
+YPacket::Chunk::Chunk(YUnknownPointer<IBuffer> held) : buffer(std::move(held)), own(nullptr)
+{
+    IBuffer& chunk = *buffer;
+    if (&typeid(chunk) == &typeid(YBasicBuffer)) {
+        own = static_cast<YBasicBuffer*>(&chunk);
+    }
+}
+
+inline YPacket::View YPacket::Chunk::Look() const
+{
+    if (own) {
+        return {own->Data(), own->Size(), own->Capacity()};
+    }
+    const unsigned capacity = buffer->Capacity();
+    return {buffer->Data(), std::min(buffer->Size(), capacity), capacity};
+}
+
 YPacket::YPacket(unsigned bytes, bool sensitive) : chunkFlag(sensitive)
 {
     if (bytes > 0) {
-        chunks.push_back(YUnknownPointer<YBasicBuffer>::Make(bytes, chunkFlag));
+        chunks.emplace_back(YUnknownPointer<YBasicBuffer>::Make(bytes, chunkFlag));
     }
 }
 
@@ -126,7 +130,7 @@ std::uint64_t YPacket::SizeOf(Chunks::const_iterator first, Chunks::const_iterat
 {
     std::uint64_t bytes = 0;
     for (; first != last; ++first) {
-        bytes += Look(**first).size;
+        bytes += first->Look().size;
     }
     return bytes;
 }
@@ -141,7 +145,7 @@ YPacket::Chunks YPacket::ChunksOf(IPacket& packet)
     IBuffer* chunk = nullptr;
     unsigned offset = 0;
     while (packet.TakeNextChunk(&chunk, &offset)) {
-        all.push_back(YUnknownPointer<IBuffer>::Adopt(chunk));
+        all.emplace_back(YUnknownPointer<IBuffer>::Adopt(chunk));
     }
     return all;
 }
@@ -170,7 +174,7 @@ unsigned YPacket::GetReadRemaining() const
     std::uint64_t bytes = 0;
     for (unsigned i = cursors.readChunk, offset = cursors.readOffset; i < GetChunkCount();
          ++i, offset = 0) {
-        const unsigned size = Look(*chunks[i]).size;
+        const unsigned size = chunks[i].Look().size;
         bytes += size - std::min(size, offset);
     }
     return Saturate(std::min<std::uint64_t>(bytes, cursors.readLimit));
@@ -181,20 +185,41 @@ unsigned YPacket::GetWritePosition() const
     const unsigned whole = std::min(cursors.writeChunk, GetChunkCount());
     std::uint64_t bytes = SizeOf(chunks.begin(), chunks.begin() + whole);
     if (whole < GetChunkCount()) {
-        bytes += std::min(cursors.writeOffset, Look(*chunks[whole]).size);
+        bytes += std::min(cursors.writeOffset, chunks[whole].Look().size);
     }
     return Saturate(bytes);
 }
 
-// Whether so many bytes are there and may be read. Ends as soon as it is sure.
-bool YPacket::Holds(std::uint64_t bytes) const
+// Null: not known to be a chunk of our own.
+inline YBasicBuffer* YPacket::Recall(const KnownChunk& known, unsigned index)
+{
+    return known.index == index ? known.buffer : nullptr;
+}
+
+void YPacket::LookUp(KnownChunk& known, unsigned index) const
+{
+    if (known.index != index && index < GetChunkCount()) {
+        known = {index, chunks[index].GetOwn()};
+    }
+}
+
+// Whether so many bytes are there and may be read.
+inline bool YPacket::Holds(std::uint64_t bytes) const
+{
+    const YBasicBuffer* const own = Recall(knownRead, cursors.readChunk);
+    const bool isWithin = own && own->Size() >= bytes && cursors.readOffset <= own->Size() - bytes;
+    return (isWithin && bytes <= cursors.readLimit) || HoldsAcross(bytes);
+}
+
+// Ends as soon as it is sure.
+bool YPacket::HoldsAcross(std::uint64_t bytes) const
 {
     if (cursors.readLimit != npos && bytes > cursors.readLimit) {
         return false;
     }
     for (unsigned i = cursors.readChunk, offset = cursors.readOffset;
          bytes > 0 && i < GetChunkCount(); ++i, offset = 0) {
-        const unsigned size = Look(*chunks[i]).size;
+        const unsigned size = chunks[i].Look().size;
         bytes -= std::min<std::uint64_t>(bytes, size - std::min(size, offset));
     }
     return bytes == 0;
@@ -207,7 +232,7 @@ bool YPacket::SettleRead()
 {
     for (unsigned i = cursors.readChunk, offset = cursors.readOffset; i < GetChunkCount();
          ++i, offset = 0) {
-        if (offset < Look(*chunks[i]).size) {
+        if (offset < chunks[i].Look().size) {
             cursors.readChunk = i;
             cursors.readOffset = offset;
             return true;
@@ -223,51 +248,74 @@ void YPacket::ConsumeLimit(unsigned bytes)
     }
 }
 
-// Bytes that are known to be there and allowed; null: dropped.
-void YPacket::TakeRun(unsigned char* bytes, unsigned size)
+// From a chunk that is known to be our own, within the limit; null: dropped. False: not all of it
+// lies there.
+inline bool YPacket::TakeWithin(void* bytes, unsigned size)
 {
-    ConsumeLimit(size);
-    while (size > 0 && SettleRead()) {
-        const View view = Look(*chunks[cursors.readChunk]);
-        const unsigned piece = std::min(size, view.size - cursors.readOffset);
-        if (bytes) {
-            std::memcpy(bytes, view.data + cursors.readOffset, piece);
-            bytes += piece;
-        }
-        cursors.readOffset += piece;
-        size -= piece;
+    YBasicBuffer* const own = Recall(knownRead, cursors.readChunk);
+    const unsigned offset = cursors.readOffset;
+    if (!own || own->Size() < size || offset > own->Size() - size) {
+        return false;
     }
+    if (bytes) {
+        std::memcpy(bytes, own->Data() + offset, size);
+    }
+    cursors.readOffset = offset + size;
+    ConsumeLimit(size);
+    return true;
 }
 
-// The whole integer from one chunk of our own, else by bytes.
-template <class Integer>
-bool YPacket::ReadInteger(Integer& value)
+// Within the limit. False, nothing consumed: they are not all there; some may have been stored. Null:
+// dropped. A cursor rests at the end of its chunk, see SettleRead.
+bool YPacket::TakeRun(unsigned char* bytes, unsigned size)
 {
-    constexpr unsigned bytes = sizeof value;
-    if (cursors.readChunk < GetChunkCount()) {
-        YBasicBuffer* const own = AsOwn(*chunks[cursors.readChunk]);
-        const unsigned offset = cursors.readOffset;
-        if (own && own->Size() >= bytes && offset <= own->Size() - bytes &&
-            cursors.readLimit >= bytes) {
-            Integer raw = 0;
-            std::memcpy(&raw, own->Data() + offset, bytes);
-            cursors.readOffset = offset + bytes;
-            ConsumeLimit(bytes);
-            value = bigEndian ? Swap(raw) : raw;
+    if (size == 0 || TakeWithin(bytes, size)) {
+        return true;
+    }
+    const unsigned wanted = size;
+    for (unsigned i = cursors.readChunk, offset = cursors.readOffset; i < GetChunkCount();
+         ++i, offset = 0) {
+        const View view = chunks[i].Look();
+        if (offset >= view.size) {
+            continue;
+        }
+        const unsigned piece = std::min(size, view.size - offset);
+        if (bytes) {
+            CopyPiece(bytes, view.data + offset, piece);
+            bytes += piece;
+        }
+        size -= piece;
+        if (size == 0) {
+            cursors.readChunk = i;
+            cursors.readOffset = offset + piece;
+            ConsumeLimit(wanted);
+            LookUp(knownRead, i);  // for the next one
             return true;
         }
     }
-    return ReadByBytes(value);
+    return false;
+}
+
+// The whole integer from one chunk that is known to be our own, else by bytes.
+template <class Integer>
+bool YPacket::ReadInteger(Integer& value)
+{
+    Integer raw = 0;
+    if (cursors.readLimit < sizeof raw || !TakeWithin(&raw, sizeof raw)) {
+        return ReadByBytes(value);
+    }
+    value = bigEndian ? Swap(raw) : raw;
+    return true;
 }
 
 template <class Integer>
 bool YPacket::ReadByBytes(Integer& value)
 {
     Integer raw = 0;
-    if (!Holds(sizeof raw)) {
+    if (cursors.readLimit < sizeof raw ||
+        !TakeRun(reinterpret_cast<unsigned char*>(&raw), sizeof raw)) {
         return false;
     }
-    TakeRun(reinterpret_cast<unsigned char*>(&raw), sizeof raw);
     value = bigEndian ? Swap(raw) : raw;
     return true;
 }
@@ -381,7 +429,7 @@ std::optional<unsigned> YPacket::FindTerminator(unsigned mode, unsigned characte
     unsigned character = 0, previous = 0;
     for (unsigned i = cursors.readChunk, at = cursors.readOffset; i < GetChunkCount();
          ++i, at = 0) {
-        const View view = Look(*chunks[i]);
+        const View view = chunks[i].Look();
         for (; at < view.size && left > 0; ++at, --left) {
             const unsigned next = view.data[at];
             character = bigEndian ? character << 8 | next : character | next << 8 * held;
@@ -480,12 +528,12 @@ bool YPacket::TakeNextChunk(IBuffer** buffer, unsigned* offset)
     if (!SettleRead()) {
         return false;
     }
-    const YUnknownPointer<IBuffer>& chunk = chunks[cursors.readChunk];
-    const unsigned rest = Look(*chunk).size - cursors.readOffset;
+    const Chunk& chunk = chunks[cursors.readChunk];
+    const unsigned rest = chunk.Look().size - cursors.readOffset;
     if (rest > cursors.readLimit) {
         return false;
     }
-    *buffer = YUnknownPointer<IBuffer>(chunk).Detach();
+    *buffer = YUnknownPointer<IBuffer>(chunk.Get()).Detach();
     *offset = cursors.readOffset;
     ConsumeLimit(rest);
     ++cursors.readChunk;
@@ -497,14 +545,14 @@ bool YPacket::Unread(unsigned bytes)
 {
     unsigned chunk = std::min(cursors.readChunk, GetChunkCount());
     unsigned offset =
-        chunk < GetChunkCount() ? std::min(cursors.readOffset, Look(*chunks[chunk]).size) : 0;
+        chunk < GetChunkCount() ? std::min(cursors.readOffset, chunks[chunk].Look().size) : 0;
     unsigned left = bytes;
     while (left > offset) {
         if (chunk == 0) {
             return false;
         }
         left -= offset;
-        offset = Look(*chunks[--chunk]).size;
+        offset = chunks[--chunk].Look().size;
     }
     cursors.readChunk = chunk;
     cursors.readOffset = offset - left;
@@ -527,7 +575,7 @@ void YPacket::SettleWrite()
         cursors.writeChunk = GetChunkCount();
         cursors.writeOffset = 0;
     } else {
-        cursors.writeOffset = std::min(cursors.writeOffset, Look(*chunks[cursors.writeChunk]).size);
+        cursors.writeOffset = std::min(cursors.writeOffset, chunks[cursors.writeChunk].Look().size);
     }
 }
 
@@ -536,56 +584,61 @@ void YPacket::FindRoom(unsigned newCapacity)
 {
     SettleWrite();
     while (cursors.writeChunk < GetChunkCount()) {
-        if (cursors.writeOffset < Look(*chunks[cursors.writeChunk]).capacity) {
+        if (cursors.writeOffset < chunks[cursors.writeChunk].Look().capacity) {
             return;
         }
         ++cursors.writeChunk;
         cursors.writeOffset = 0;
     }
-    chunks.push_back(YUnknownPointer<YBasicBuffer>::Make(newCapacity, chunkFlag));
+    chunks.emplace_back(YUnknownPointer<YBasicBuffer>::Make(newCapacity, chunkFlag));
+}
+
+// Into a chunk that is known to be our own, with room left afterwards; the outcome is that of bytes
+// one by one. False: nothing is done. The bytes may be the packet's own.
+inline bool YPacket::PutWithin(const void* bytes, unsigned size)
+{
+    YBasicBuffer* const own = Recall(knownWrite, cursors.writeChunk);
+    const unsigned offset = cursors.writeOffset;
+    if (!own || offset > own->Size() || own->Capacity() - offset <= size) {
+        return false;
+    }
+    std::memmove(own->Data() + offset, bytes, size);
+    cursors.writeOffset = offset + size;
+    if (own->Size() < offset + size) {
+        own->SetSize(offset + size);
+    }
+    return true;
 }
 
 void YPacket::PutRun(const unsigned char* bytes, unsigned size, unsigned newCapacity)
 {
-    while (size > 0) {
+    while (size > 0 && !PutWithin(bytes, size)) {
         FindRoom(newCapacity);
-        IBuffer& chunk = *chunks[cursors.writeChunk];
-        const View view = Look(chunk);
+        const Chunk& chunk = chunks[cursors.writeChunk];
+        const View view = chunk.Look();
         const unsigned piece = std::min(size, view.capacity - cursors.writeOffset);
-        // The bytes may be the packet's own.
         std::memmove(view.data + cursors.writeOffset, bytes, piece);
         cursors.writeOffset += piece;
         bytes += piece;
         size -= piece;
         if (view.size < cursors.writeOffset) {
-            chunk.SetSize(cursors.writeOffset);
+            chunk->SetSize(cursors.writeOffset);
         }
         if (cursors.writeOffset == view.capacity) {
             ++cursors.writeChunk;
             cursors.writeOffset = 0;
         }
+        LookUp(knownWrite, cursors.writeChunk);
     }
 }
 
-// The same as by bytes, as long as there is room left in the chunk afterwards.
 template <class Integer>
 void YPacket::WriteInteger(Integer value)
 {
-    constexpr unsigned bytes = sizeof value;
     const Integer raw = bigEndian ? Swap(value) : value;
-    if (cursors.writeChunk < GetChunkCount()) {
-        YBasicBuffer* const own = AsOwn(*chunks[cursors.writeChunk]);
-        const unsigned offset = cursors.writeOffset;
-        if (own && offset <= own->Size() && own->Capacity() - offset > bytes) {
-            std::memcpy(own->Data() + offset, &raw, bytes);
-            cursors.writeOffset = offset + bytes;
-            if (own->Size() < offset + bytes) {
-                own->SetSize(offset + bytes);
-            }
-            return;
-        }
+    if (!PutWithin(&raw, sizeof raw)) {
+        WriteByBytes(raw);
     }
-    WriteByBytes(raw);
 }
 
 template <class Integer>
@@ -706,7 +759,7 @@ bool YPacket::WriteWide(std::wstring_view text, unsigned mode)
 
 bool YPacket::WriteBuffer(IBuffer* buffer, unsigned mode)
 {
-    return buffer && InsertChunks({YUnknownPointer<IBuffer>(buffer)}, mode);
+    return buffer && InsertChunks({Chunk(YUnknownPointer<IBuffer>(buffer))}, mode);
 }
 
 bool YPacket::WritePacket(IPacket* other, unsigned mode)
@@ -741,6 +794,7 @@ void YPacket::InsertAtWrite(const Chunks& added)
     const unsigned at = cursors.writeChunk;
     const auto count = static_cast<unsigned>(added.size());
     chunks.insert(chunks.begin() + at, added.begin(), added.end());
+    knownRead = knownWrite = {};
     cursors.writeChunk += count;
     if (cursors.readChunk > at || (cursors.readChunk == at && cursors.readOffset > 0)) {
         cursors.readChunk += count;
@@ -766,7 +820,7 @@ void YPacket::KeepOff(const Chunks& added)
     const auto next = chunks.begin() + cursors.writeChunk;
     if (std::find_first_of(next, chunks.end(), added.begin(), added.end()) != chunks.end()) {
         CloseWriteChunk();
-        InsertAtWrite({YUnknownPointer<YBasicBuffer>::Make(newChunkBytes, chunkFlag)});
+        InsertAtWrite({Chunk(YUnknownPointer<YBasicBuffer>::Make(newChunkBytes, chunkFlag))});
         --cursors.writeChunk;
     }
 }

@@ -11,10 +11,12 @@
 #include <string_view>
 #include <vector>
 
+class YBasicBuffer;
+
 // Grows by chunks of 1024 bytes, for a run of bytes by a chunk of its length and 1024 more. Whole
 // integers and runs go in one piece where a chunk has them in one piece, with the same outcome as
 // byte by byte.
-class COMMONUI_API YPacket : public YUnknown<IPacket>
+class COMMONUI_API YPacket final : public YUnknown<IPacket>
 {
 public:
     // bytes: of the first chunk; 0: none is made yet. sensitive: memory of chunks that the packet
@@ -72,8 +74,40 @@ public:
     void TruncateAtWrite() override;
 
 private:
-    using Chunks = std::vector<YUnknownPointer<IBuffer>>;
     class ReadMark;
+
+    // What an operation asks of a chunk, in one look.
+    struct View
+    {
+        unsigned char* data;
+        unsigned size;  // at most capacity
+        unsigned capacity;
+    };
+
+    // A reference, never null, and what is known of it for good.
+    class Chunk
+    {
+    public:
+        explicit Chunk(YUnknownPointer<IBuffer> held);
+        IBuffer* operator->() const { return buffer.Get(); }
+        IBuffer* Get() const { return buffer.Get(); }
+        YBasicBuffer* GetOwn() const { return own; }
+        View Look() const;
+        bool operator==(const Chunk& other) const { return Get() == other.Get(); }
+
+    private:
+        YUnknownPointer<IBuffer> buffer;
+        // Nearly every chunk is a YBasicBuffer, whose answers cost no call. Null: a host's.
+        YBasicBuffer* own;
+    };
+    using Chunks = std::vector<Chunk>;
+
+    // Where a cursor stood last, so that an integer costs no way through the list.
+    struct KnownChunk
+    {
+        unsigned index = npos;  // npos: nothing is known
+        YBasicBuffer* buffer = nullptr;  // own of chunks[index]
+    };
 
     ~YPacket() override;
 
@@ -81,7 +115,11 @@ private:
     static std::uint64_t SizeOf(Chunks::const_iterator first, Chunks::const_iterator last);
     static Chunks ChunksOf(IPacket& packet);
 
+    static YBasicBuffer* Recall(const KnownChunk& known, unsigned index);
+    void LookUp(KnownChunk& known, unsigned index) const;
+
     bool Holds(std::uint64_t bytes) const;
+    bool HoldsAcross(std::uint64_t bytes) const;
     bool SettleRead();
     void ConsumeLimit(unsigned bytes);
     // Inlined: the jump would be a tenth of the price of an integer.
@@ -92,9 +130,10 @@ private:
     template <class Integer, class Field>
     bool ReadVariant(VARIANT& variant, VARTYPE type, Field& field);
     std::optional<unsigned> FindTerminator(unsigned mode, unsigned characterBytes) const;
-    bool ReadLength(unsigned mode, unsigned characterBytes, unsigned& length,
-                    unsigned& terminatorBytes);
-    void TakeRun(unsigned char* bytes, unsigned size);
+    [[gnu::always_inline]] inline bool ReadLength(unsigned mode, unsigned characterBytes,
+                                                  unsigned& length, unsigned& terminatorBytes);
+    [[gnu::always_inline]] inline bool TakeWithin(void* bytes, unsigned size);
+    bool TakeRun(unsigned char* bytes, unsigned size);
 
     void SettleWrite();
     void FindRoom(unsigned newCapacity);
@@ -102,6 +141,7 @@ private:
     [[gnu::always_inline]] inline void WriteInteger(Integer value);
     template <class Integer>
     [[gnu::noinline]] void WriteByBytes(Integer raw);
+    [[gnu::always_inline]] inline bool PutWithin(const void* bytes, unsigned size);
     void PutRun(const unsigned char* bytes, unsigned size, unsigned newCapacity);
     bool WriteLength(unsigned mode, std::uint64_t length);
     void WriteTerminator(unsigned mode, unsigned characterBytes);
@@ -112,10 +152,13 @@ private:
     void CloseWriteChunk();
     void KeepOff(const Chunks& added);
 
-    // Chunks are never null and never removed. The cursors may lie past what is there: after a
+    // Chunks are never removed. The cursors may lie past what is there: after a
     // restore, or when the owner of a chunk has made it smaller. Every use takes that as the end.
     Chunks chunks;
     bool bigEndian = true;
     bool chunkFlag;  // sensitive: given to every new chunk
     YPacketCursors cursors;
+    // Forgotten when chunks move.
+    KnownChunk knownRead;
+    KnownChunk knownWrite;
 };
