@@ -14,14 +14,6 @@ namespace {
 
 constexpr wchar_t lockFileName[] = L".lock";
 
-struct FindHandleTraits
-{
-    using Handle = HANDLE;
-    static Handle Invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void Close(Handle search) noexcept { ::FindClose(search); }
-};
-using UniqueFind = YUniqueHandle<FindHandleTraits>;
-
 // With a separator at its end.
 std::wstring GetFullFolder(std::wstring folder)
 {
@@ -135,7 +127,7 @@ std::vector<YUnicodeString> FolderStore::GetKeyNames(Visit&) const
 {
     std::set<std::wstring, NameLess> names;
     WIN32_FIND_DATAW entry{};
-    const UniqueFind search(::FindFirstFileW(GetUsablePath(folder + L"*").c_str(), &entry));
+    const YUniqueFind search(::FindFirstFileW(GetUsablePath(folder + L"*").c_str(), &entry));
     for (BOOL more = static_cast<bool>(search); more;
          more = ::FindNextFileW(search.Get(), &entry)) {
         if (!(entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) {

@@ -12,7 +12,6 @@
 namespace {
 
 constexpr wchar_t keyName[] = L"Console";
-constexpr wchar_t recentKeyName[] = L"Recent Files";
 constexpr wchar_t policyName[] = L"Buffer Lines";
 constexpr unsigned defaultLines = 100'000;
 constexpr unsigned defaultPort = 23;  // of hosts to type to
@@ -27,19 +26,6 @@ int GetSystemResolution()
 bool IsSensible(unsigned lines)
 {
     return lines >= 1 && lines <= ConsoleOptions::mostLines;
-}
-
-std::wstring GetRecentName(std::size_t index)
-{
-    return L"File" + std::to_wstring(index + 1);
-}
-
-// The same file for the file system, which does not tell case apart.
-auto Names(const std::wstring& path)
-{
-    return [&path](const std::wstring& other) {
-        return ::CompareStringOrdinal(path.c_str(), -1, other.c_str(), -1, TRUE) == CSTR_EQUAL;
-    };
 }
 
 // Why the key is not open.
@@ -73,7 +59,8 @@ bool ConsoleSettings::Load(YReportMessageParams& error)
     for (YProfileData* const data : GetValues()) {
         data->Read(key);
     }
-    LoadRecentFiles(key);
+    recentFiles.Load(key);
+    recentHosts.Load(key);
     return true;
 }
 
@@ -81,7 +68,8 @@ bool ConsoleSettings::Save(YReportMessageParams& error)
 {
     const auto values = GetValues();
     const auto isModified = [](const YProfileData* data) { return data->IsModified(); };
-    if (std::none_of(values.begin(), values.end(), isModified) && !recentFilesChanged) {
+    if (std::none_of(values.begin(), values.end(), isModified) && !recentFiles.IsModified() &&
+        !recentHosts.IsModified()) {
         return true;
     }
     const YProfileStore store;
@@ -91,7 +79,8 @@ bool ConsoleSettings::Save(YReportMessageParams& error)
         return false;
     }
     const auto save = [&](YProfileData* data) { return SaveValue(*data, key, error); };
-    if (!std::all_of(values.begin(), values.end(), save) || !SaveRecentFiles(key, error)) {
+    if (!std::all_of(values.begin(), values.end(), save) || !recentFiles.Save(key, error) ||
+        !recentHosts.Save(key, error)) {
         return false;
     }
     if (!key.Flush()) {
@@ -153,51 +142,5 @@ void ConsoleSettings::SetPeer(const Peer& peer)
 {
     host.Set(YUnicodeString(peer.host));
     port.Set(peer.port);
-}
-
-void ConsoleSettings::AddRecentFile(const std::wstring& path)
-{
-    if (!recentFiles.empty() && recentFiles.front() == path) {
-        return;
-    }
-    std::erase_if(recentFiles, Names(path));
-    recentFiles.insert(recentFiles.begin(), path);
-    recentFiles.resize(std::min(recentFiles.size(), mostRecentFiles));
-    recentFilesChanged = true;
-}
-
-void ConsoleSettings::RemoveRecentFile(const std::wstring& path)
-{
-    recentFilesChanged = std::erase_if(recentFiles, Names(path)) > 0 || recentFilesChanged;
-}
-
-void ConsoleSettings::LoadRecentFiles(const YProfileKey& key)
-{
-    recentFiles.clear();
-    recentFilesChanged = false;
-    const YProfileKey recent(key, recentKeyName, YProfileKey::openExisting);
-    YUnicodeString path;
-    while (recentFiles.size() < mostRecentFiles &&
-           recent.ReadString(GetRecentName(recentFiles.size()).c_str(), path) && !path.IsEmpty()) {
-        recentFiles.emplace_back(path);
-    }
-}
-
-bool ConsoleSettings::SaveRecentFiles(const YProfileKey& key, YReportMessageParams& error)
-{
-    if (!recentFilesChanged) {
-        return true;
-    }
-    const YProfileKey recent(key, recentKeyName);
-    for (std::size_t i = 0; i < mostRecentFiles; ++i) {
-        const std::wstring name = GetRecentName(i);
-        if (i >= recentFiles.size()) {
-            recent.DeleteValue(name.c_str());  // or it is not there anyway
-        } else if (!recent.WriteString(name.c_str(), YUnicodeString(recentFiles[i]))) {
-            error = recent.GetLastResult();
-            return false;
-        }
-    }
-    recentFilesChanged = false;
-    return true;
+    recentHosts.Add(ToText(peer));
 }

@@ -3,6 +3,7 @@
 
 #include "ConsoleOptions.h"
 #include "Peer.h"
+#include "RecentList.h"
 
 #include <YProfileData.h>
 #include <YProfileWindowPlacement.h>
@@ -20,6 +21,7 @@ class ConsoleSettings
 {
 public:
     static constexpr std::size_t mostRecentFiles = 8;
+    static constexpr std::size_t mostRecentHosts = 20;
 
     // False: error says why the profile could not be opened; the defaults are in force.
     bool Load(YReportMessageParams& error);
@@ -34,13 +36,15 @@ public:
     bool GetFont(LOGFONT& font) const;
     void SetFont(const LOGFONT& font);
 
-    const std::vector<std::wstring>& GetRecentFiles() const { return recentFiles; }  // newest first
-    void AddRecentFile(const std::wstring& path);
-    void RemoveRecentFile(const std::wstring& path);
+    const std::vector<std::wstring>& GetRecentFiles() const { return recentFiles.Get(); }
+    void AddRecentFile(const std::wstring& path) { recentFiles.Add(path); }
+    void RemoveRecentFile(const std::wstring& path) { recentFiles.Remove(path); }
 
     // The one that was connected to last; without a host: nobody.
     Peer GetPeer() const;
     void SetPeer(const Peer& peer);
+    // As ToText gives them, newest first.
+    const std::vector<std::wstring>& GetRecentHosts() const { return recentHosts.Get(); }
 
     YProfileWindowPlacement& GetPlacement() { return placement; }
 
@@ -49,8 +53,6 @@ private:
     {
         return {&lineLimit, &font, &host, &port, &placement};
     }
-    void LoadRecentFiles(const YProfileKey& key);
-    bool SaveRecentFiles(const YProfileKey& key, YReportMessageParams& error);
 
     YProfile2<unsigned, YProfileDword> lineLimit{L"Buffer Lines", 100'000};
     unsigned lockedLines = 0;  // what the administrator wants; 0: the user may choose
@@ -58,6 +60,6 @@ private:
     YProfile2<YUnicodeString, YProfileSz> host{L"Host"};
     YProfile2<unsigned, YProfileDword> port{L"Port", 23};
     YProfileWindowPlacement placement{L"Window"};
-    std::vector<std::wstring> recentFiles;
-    bool recentFilesChanged = false;
+    RecentList recentFiles{L"Recent Files", L"File", mostRecentFiles};
+    RecentList recentHosts{L"Recent Hosts", L"Host", mostRecentHosts};
 };

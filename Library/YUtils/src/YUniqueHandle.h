@@ -67,6 +67,15 @@ struct YFileTraits
 };
 using YUniqueFile = YUniqueHandle<YFileTraits>;
 
+// The reading of a folder.
+struct YFindTraits
+{
+    using Handle = HANDLE;
+    static Handle Invalid() noexcept { return INVALID_HANDLE_VALUE; }
+    static void Close(Handle search) noexcept { ::FindClose(search); }
+};
+using YUniqueFind = YUniqueHandle<YFindTraits>;
+
 // An event, a thread: whatever CloseHandle ends and null is none of.
 struct YKernelHandleTraits
 {

@@ -38,6 +38,7 @@ inline DWORD GetLastError()
 }
 inline void SetLastError(DWORD) {}
 inline void CloseHandle(HANDLE) {}
+inline void FindClose(HANDLE) {}
 inline void GlobalFree(HGLOBAL) {}
 inline void LocalFree(HLOCAL) {}
 inline void* GlobalLock(HGLOBAL block)
