@@ -12,6 +12,10 @@ public:
     // Asks the system again: after WM_SETTINGCHANGE and WM_SYSCOLORCHANGE.
     void UpdateSysColors();
 
+    // The program's choice: images in full colour, where the display has colours enough.
+    BOOL m_bUseBuiltIn32BitIcons = TRUE;
+    int m_nBitsPerPixel = 32;  // of the display, as UpdateSysColors has last found it
+
 private:
     bool isKnown = false;
     BOOL isDark = FALSE;

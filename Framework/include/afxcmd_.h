@@ -39,6 +39,7 @@ typedef void (AFX_MSG_CALL CCmdTarget::*AFX_PMSG)();
     SIGNATURE(AfxSig_MouseWheel, CWnd, BOOL, (UINT, short, CPoint))      \
     SIGNATURE(AfxSig_Mouse, CWnd, void, (UINT, CPoint))                  \
     SIGNATURE(AfxSig_MouseActivate, CWnd, int, (CWnd*, UINT, UINT))      \
+    SIGNATURE(AfxSig_NcHitTest, CWnd, LRESULT, (CPoint))                 \
     SIGNATURE(AfxSig_Key, CWnd, void, (UINT, UINT, UINT))                \
     SIGNATURE(AfxSig_Timer, CWnd, void, (UINT_PTR))                      \
     SIGNATURE(AfxSig_WindowInWParam, CWnd, void, (CWnd*))                \

@@ -21,6 +21,8 @@ void BCGPGLOBAL_DATA::UpdateSysColors()
     isDark = registry.Open(L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize") &&
              registry.Read(L"AppsUseLightTheme", light) && light == 0;
     isKnown = true;
+    const CClientDC screen(nullptr);
+    m_nBitsPerPixel = screen.GetDeviceCaps(BITSPIXEL);
 }
 
 int BCGPMessageBox(HWND hWnd, LPCTSTR lpText, LPCTSTR lpCaption, UINT uType)

@@ -1,4 +1,4 @@
-#include "BCGCBProInc.h"
+#include "BCGPInternalScrollBarWrapperWnd.h"
 
 #include <algorithm>
 #include <climits>

@@ -207,6 +207,7 @@ LRESULT CWnd::CallHandler(const AFX_MSGMAP_ENTRY& entry, UINT message, WPARAM wP
         AFX_CALL_RESULT(AfxSig_MouseWheel, (low, static_cast<short>(high), PointOf(lParam)));
         AFX_CALL_VOID(AfxSig_Mouse, (wParam, PointOf(lParam)));
         AFX_CALL_RESULT(AfxSig_MouseActivate, (WindowOf(wParam), LOWORD(lParam), HIWORD(lParam)));
+        AFX_CALL_RESULT(AfxSig_NcHitTest, (PointOf(lParam)));
         AFX_CALL_VOID(AfxSig_Key, (wParam, LOWORD(lParam), HIWORD(lParam)));
         AFX_CALL_VOID(AfxSig_Timer, (wParam));
         AFX_CALL_VOID(AfxSig_WindowInWParam, (WindowOf(wParam)));
