@@ -10,14 +10,15 @@ usage: ./demo.sh [--help] [--virtual] [FILE] [--connect HOST PORT]
 Opens FILE (default: a log of this machine) in the sample host, and beside it a conversation with PORT
 of HOST (default: a server of our own on the loopback). One of the two named: only that one. On your
 display if there is one; else, or with --virtual, on a virtual display: loads the file, selects text
-with the mouse, copies it, types two lines to the server, and leaves build/demo.png and
-build/demo-clipboard.txt. --dpi N: at another resolution.
+with the mouse, copies it, types two lines to the server, looks for a word, begins an address, and
+leaves build/demo.png, with the address's completions open, and build/demo-clipboard.txt.
+--dpi N: at another resolution.
 TEXT
 }
 
 # The tour on the virtual display: what a user would do, by the display's own input.
 tour() {
-    local arguments=() window
+    local arguments=() window viewer=
     [ -z "$file" ] || arguments+=("Z:${file//\//\\}")
     [ -z "$host" ] || arguments+=(--connect "$host" "$port")
     "$commonui_root/tools/run-under-wine" "$program" "${arguments[@]}" &
@@ -25,15 +26,16 @@ tour() {
     # shellcheck disable=SC2064
     trap "kill $sample 2>/dev/null || true" EXIT
     if [ -n "$file" ]; then
-        window=$(find_window "^${file##*/} - Console\$")
-        place_window "$window" 10 40 1000 900
-        select_and_copy "$window"
+        viewer=$(find_window "^${file##*/} - Console\$")
+        place_window "$viewer" 10 40 1000 900
+        select_and_copy "$viewer"
     fi
     if [ -n "$host" ]; then
         window=$(find_window ":$port - Console\$")
         place_window "$window" 1030 40 620 900
         talk
     fi
+    [ -z "$viewer" ] || search_and_complete "$viewer"
     "$commonui_root/tools/screenshot" "$commonui_root/build/demo.png"
     for window in $(xdotool search --onlyvisible --name ' - Console$'); do
         xdotool windowactivate --sync "$window" key alt+F4 2>/dev/null || true
@@ -84,6 +86,20 @@ talk() {
         xdotool key Return
         sleep 1
     done
+    wait_for_still_picture
+}
+
+# A word of the file, and the folder that it lies in; the list stays open.
+search_and_complete() {
+    local word folder=${file%/*}/
+    word=$(head -n 2000 "$file" | grep -aoE '[[:alpha:]]{5,}' | tail -1 || true)
+    xdotool windowactivate --sync "$1" key ctrl+f
+    xdotool type --delay 40 "$word"
+    sleep 0.5
+    xdotool key ctrl+l
+    xdotool type --delay 40 "Z:${folder//\//\\}"
+    sleep 1
+    xdotool key Down Down
     wait_for_still_picture
 }
 

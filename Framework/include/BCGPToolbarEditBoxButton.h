@@ -45,4 +45,5 @@ protected:
 
 private:
     void DestroyEdit();
+    CRect GetField() const;  // what the frame goes round
 };

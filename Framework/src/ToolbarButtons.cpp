@@ -148,20 +148,28 @@ SIZE CBCGPToolbarEditBoxButton::OnCalculateSize(CDC*, const CSize& sizeDefault, 
     return CSize(width + 2 * ScaleToScreen(editMargin), sizeDefault.cy);
 }
 
-// The edit draws itself; round it goes the frame of a field.
+// The edit draws itself; round it goes a field with a frame.
 void CBCGPToolbarEditBoxButton::OnDraw(CDC* pDC, const CRect&, CBCGPToolBarImages*, BOOL, BOOL,
                                        BOOL, BOOL, BOOL)
 {
     if (m_pWndEdit == nullptr) {
         return;
     }
-    CRect frame;
-    m_pWndEdit->GetWindowRect(&frame);
-    m_pWndParent->ScreenToClient(&frame);
-    frame.InflateRect(1, 1);
+    CRect field = GetField();
+    pDC->FillSolidRect(&field,
+                       ::GetSysColor(m_pWndEdit->IsWindowEnabled() ? COLOR_WINDOW : COLOR_BTNFACE));
+    field.InflateRect(1, 1);
     CBrush brush;
     brush.CreateSysColorBrush(COLOR_BTNSHADOW);
-    pDC->FrameRect(&frame, &brush);
+    pDC->FrameRect(&field, &brush);
+}
+
+CRect CBCGPToolbarEditBoxButton::GetField() const
+{
+    CRect field = m_rect;
+    const int margin = ScaleToScreen(editMargin);
+    field.DeflateRect(margin, margin);
+    return field;
 }
 
 void CBCGPToolbarEditBoxButton::OnChangeParentWnd(CWnd* pWndParent)
@@ -181,14 +189,20 @@ void CBCGPToolbarEditBoxButton::OnChangeParentWnd(CWnd* pWndParent)
     }
 }
 
+// An edit puts its text at its top: it begins where the text is in the middle of the field.
 void CBCGPToolbarEditBoxButton::OnMove()
 {
     if (m_pWndEdit == nullptr) {
         return;
     }
-    CRect place = m_rect;
-    const int margin = ScaleToScreen(editMargin);
-    place.DeflateRect(margin, margin);
+    CClientDC dc(m_pWndEdit);
+    CFont* const previous = dc.SelectObject(m_pWndEdit->GetFont());
+    TEXTMETRIC metrics{};
+    dc.GetTextMetrics(&metrics);
+    dc.SelectObject(previous);
+    CRect place = GetField();
+    constexpr int ownMargin = 1;  // of the edit, above its text
+    place.top += std::max(0, (place.Height() - static_cast<int>(metrics.tmHeight)) / 2 - ownMargin);
     m_pWndEdit->MoveWindow(&place);
 }
 

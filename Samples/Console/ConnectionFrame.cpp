@@ -3,6 +3,7 @@
 #include "ConsoleSettings.h"
 #include "ConsoleText.h"
 #include "ConsoleView.h"
+#include "MainFrame.h"
 #include "resource.h"
 
 #include <YMessageBox.h>
@@ -179,6 +180,7 @@ void ConnectionFrame::Connect(const Peer& peer)
 {
     GetSettings().SetPeer(peer);
     SetWindowText((ToText(peer) + L" - Console").c_str());
+    ShowAddress(ToText(peer));
     connection->Connect(peer);
 }
 
@@ -232,6 +234,11 @@ void ConnectionFrame::ShowNotice(const std::wstring& text)
 }
 
 // Commands
+
+void ConnectionFrame::OpenFile(const std::wstring& path)
+{
+    MainFrame::OpenFile(GetSettings(), path);
+}
 
 void ConnectionFrame::OnDisconnect()
 {

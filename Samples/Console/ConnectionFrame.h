@@ -20,6 +20,7 @@ public:
     static ConnectionFrame* Open(ConsoleSettings& settings, const Peer& peer, int show);
 
     ConsoleView& GetView() const override { return *view; }
+    void OpenFile(const std::wstring& path) override;
     const Connection& GetConnection() const { return *connection; }
     void RecalcLayout(BOOL notify = TRUE) override;
     // The state, where the prompts of commands are shown while there is none.

@@ -163,7 +163,7 @@ void ConsoleApp::ShowFile(const ConsoleOptions& options)
     m_nCmdShow = show;
     frame->InitialUpdateFrame(nullptr, TRUE);
     if (!options.file.empty()) {
-        frame->Open(options.file);
+        frame->OpenFile(options.file);
     }
 }
 

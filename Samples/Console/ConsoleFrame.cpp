@@ -4,6 +4,7 @@
 #include "ConnectionFrame.h"
 #include "ConsoleMessages.h"
 #include "ConsoleSettings.h"
+#include "ConsoleText.h"
 #include "ConsoleView.h"
 #include "resource.h"
 
@@ -11,25 +12,16 @@
 #include <YReportMessageParams.h>
 #include <afxdlgs.h>
 
-#include <vector>
+#include <utility>
 
 namespace {
 
 BOOL CALLBACK AddFrame(HWND window, LPARAM frames)
 {
-    CWnd* const object = CWnd::FromHandlePermanent(window);
-    if (object && object->IsFrameWnd()) {
-        reinterpret_cast<std::vector<CWnd*>*>(frames)->push_back(object);
+    if (auto* const frame = dynamic_cast<ConsoleFrame*>(CWnd::FromHandlePermanent(window))) {
+        reinterpret_cast<std::vector<ConsoleFrame*>*>(frames)->push_back(frame);
     }
     return TRUE;
-}
-
-// Those of this thread; the topmost first.
-std::vector<CWnd*> FindFrames()
-{
-    std::vector<CWnd*> frames;
-    ::EnumThreadWindows(::GetCurrentThreadId(), &AddFrame, reinterpret_cast<LPARAM>(&frames));
-    return frames;
 }
 
 // The program ends with its main window: while there are others, one of them is that.
@@ -39,7 +31,7 @@ void PassOnMainWindow(const CWnd& closing)
     if (!thread || thread->m_pMainWnd != &closing) {
         return;
     }
-    for (CWnd* const frame : FindFrames()) {
+    for (CWnd* const frame : FindConsoleFrames()) {
         if (frame != &closing) {
             thread->m_pMainWnd = frame;
             return;
@@ -49,12 +41,31 @@ void PassOnMainWindow(const CWnd& closing)
 
 }  // namespace
 
+std::vector<ConsoleFrame*> FindConsoleFrames()
+{
+    std::vector<ConsoleFrame*> frames;
+    ::EnumThreadWindows(::GetCurrentThreadId(), &AddFrame, reinterpret_cast<LPARAM>(&frames));
+    return frames;
+}
+
 BEGIN_MESSAGE_MAP(ConsoleFrame, CFrameWnd)
+    ON_WM_CREATE()
     ON_WM_CLOSE()
     ON_WM_ENDSESSION()
     ON_WM_DESTROY()
     ON_WM_MOUSEWHEEL()
+    ON_COMMAND(ID_FILE_OPEN, &ConsoleFrame::OnFileOpen)
     ON_COMMAND(ID_FILE_CONNECT, &ConsoleFrame::OnFileConnect)
+    ON_COMMAND(ID_ADDRESS, &ConsoleFrame::OnAddress)
+    ON_COMMAND(ID_ADDRESS_SHOWN, &ConsoleFrame::OnAddressShown)
+    ON_CONTROL(EN_SETFOCUS, ID_ADDRESS, &ConsoleFrame::OnAddressFocus)
+    ON_EN_CHANGE(ID_SEARCH, &ConsoleFrame::OnSearchChange)
+    ON_COMMAND(ID_SEARCH, &ConsoleFrame::OnSearch)
+    ON_COMMAND(ID_SEARCH_PREVIOUS, &ConsoleFrame::OnSearchPrevious)
+    ON_COMMAND(ID_SEARCH_DONE, &ConsoleFrame::OnSearchDone)
+    ON_COMMAND(ID_BAR_LEAVE, &ConsoleFrame::OnBarLeave)
+    ON_COMMAND(ID_VIEW_ADDRESS, &ConsoleFrame::OnViewAddress)
+    ON_COMMAND(ID_VIEW_SEARCH, &ConsoleFrame::OnViewSearch)
     ON_COMMAND(ID_EDIT_COPY, &ConsoleFrame::OnEditCopy)
     ON_COMMAND(ID_EDIT_SELECT_ALL, &ConsoleFrame::OnEditSelectAll)
     ON_COMMAND(ID_EDIT_CLEAR_ALL, &ConsoleFrame::OnEditClear)
@@ -68,6 +79,11 @@ BEGIN_MESSAGE_MAP(ConsoleFrame, CFrameWnd)
     ON_UPDATE_COMMAND_UI(ID_EDIT_CLEAR_ALL, &ConsoleFrame::OnUpdateHasLines)
     ON_UPDATE_COMMAND_UI(ID_VIEW_OUTLINE, &ConsoleFrame::OnUpdateOutline)
 END_MESSAGE_MAP()
+
+int ConsoleFrame::OnCreate(CREATESTRUCT* create)
+{
+    return CFrameWnd::OnCreate(create) == -1 || !bar.CreateIn(this) ? -1 : 0;
+}
 
 void ConsoleFrame::ApplyLook(bool outlined)
 {
@@ -126,6 +142,24 @@ BOOL ConsoleFrame::OnMouseWheel(UINT flags, short delta, CPoint point)
     return TRUE;
 }
 
+void ConsoleFrame::ShowMessage(const wchar_t* text)
+{
+    if (text) {
+        SetMessageText(text);
+    } else {
+        SetMessageText(static_cast<UINT>(AFX_IDS_IDLEMESSAGE));
+    }
+}
+
+void ConsoleFrame::OnFileOpen()
+{
+    CFileDialog dialog(TRUE, nullptr, nullptr, OFN_HIDEREADONLY | OFN_FILEMUSTEXIST,
+                       LoadText(IDS_FILE_FILTER).c_str(), this);
+    if (dialog.DoModal() == IDOK) {
+        OpenFile(dialog.GetPathName().GetString());
+    }
+}
+
 void ConsoleFrame::OnFileConnect()
 {
     Peer peer = settings.GetPeer();
@@ -133,6 +167,98 @@ void ConsoleFrame::OnFileConnect()
         ConnectionFrame::Open(settings, peer, SW_SHOWNORMAL);
     }
 }
+
+// The address and the search
+
+// Posted: a field gets its hint by a message that was posted when it was made, which would take away
+// what it had before.
+void ConsoleFrame::ShowAddress(const std::wstring& address)
+{
+    shownAddress = address;
+    PostMessage(WM_COMMAND, ID_ADDRESS_SHOWN);
+}
+
+void ConsoleFrame::OnAddressShown()
+{
+    if (!bar.HasFocus()) {
+        bar.SetAddress(shownAddress);
+    }
+}
+
+void ConsoleFrame::OnAddressFocus()
+{
+    std::vector<std::wstring> known = settings.GetRecentHosts();
+    const std::vector<std::wstring>& files = settings.GetRecentFiles();
+    known.insert(known.end(), files.begin(), files.end());
+    bar.OfferAddresses(std::move(known));
+}
+
+void ConsoleFrame::OnAddress()
+{
+    const std::wstring address = bar.GetAddress();
+    Peer peer;
+    SetFocus();
+    if (ParsePeer(address, peer)) {
+        ConnectionFrame::Open(settings, peer, SW_SHOWNORMAL);
+    } else if (!address.empty()) {
+        OpenFile(address);
+    }
+}
+
+// The hint that comes and goes is no change.
+void ConsoleFrame::OnSearchChange()
+{
+    if (bar.GetSearchText() != searched) {
+        searched = bar.GetSearchText();
+        Search(false, false);
+    }
+}
+
+void ConsoleFrame::OnSearch()
+{
+    Search(false, true);
+}
+
+void ConsoleFrame::OnSearchPrevious()
+{
+    Search(true, true);
+}
+
+void ConsoleFrame::Search(bool backwards, bool onward)
+{
+    SearchQuery query;
+    query.text = bar.GetSearchText();
+    query.isBackwards = backwards;
+    ShowMessage(nullptr);
+    GetView().Find(query, onward);
+}
+
+void ConsoleFrame::OnSearchDone()
+{
+    const LineSearch& search = GetView().GetSearch();
+    if (search.GetState() == LineSearch::State::NotFound) {
+        ShowMessage(FormatText(IDS_SEARCH_NOT_FOUND, search.GetQuery().text.c_str()).c_str());
+    } else if (search.HasWrapped()) {
+        ShowMessage(LoadText(IDS_SEARCH_WRAPPED).c_str());
+    }
+}
+
+void ConsoleFrame::OnBarLeave()
+{
+    SetFocus();
+}
+
+void ConsoleFrame::OnViewAddress()
+{
+    bar.FocusAddress();
+}
+
+void ConsoleFrame::OnViewSearch()
+{
+    bar.FocusSearch();
+}
+
+// The view
 
 void ConsoleFrame::OnEditCopy()
 {
@@ -200,7 +326,7 @@ void ConsoleFrame::OnUpdateOutline(CCmdUI* item)
 
 void CloseAllFrames()
 {
-    for (const CWnd* const frame : FindFrames()) {
+    for (const ConsoleFrame* const frame : FindConsoleFrames()) {
         ::PostMessageW(frame->GetSafeHwnd(), WM_CLOSE, 0, 0);
     }
 }

@@ -1,14 +1,19 @@
 // ConsoleFrame.h: what every window of the program does.
 #pragma once
 
+#include "ConsoleBar.h"
+
 #include <afxext.h>
 #include <textview/YTextViewBase.h>
+
+#include <string>
+#include <vector>
 
 class ConsoleSettings;
 class ConsoleView;
 
-// A frame round a view of lines: the commands of the view, new connections, and the end of the
-// program with its last window.
+// A frame round a view of lines: the bar with the address and the search, the commands of the view,
+// new connections, and the end of the program with its last window.
 class ConsoleFrame : public CFrameWnd
 {
 public:
@@ -16,6 +21,7 @@ public:
     explicit ConsoleFrame(ConsoleSettings& remembered) : settings(remembered) {}
 
     virtual ConsoleView& GetView() const = 0;  // once the window is made
+    virtual void OpenFile(const std::wstring& path) = 0;
 
 protected:
     // Before they are saved.
@@ -25,12 +31,28 @@ protected:
     SelectionDrawStyle GetStyle() const;
     // Before the window is shown: as chosen, and as the command line or the last time had it.
     void ApplyLook(bool outlined);
+    // What the window shows, unless the user is typing there; as soon as messages are handled.
+    void ShowAddress(const std::wstring& address);
+    // Where the words of commands are shown; null: the idle ones.
+    void ShowMessage(const wchar_t* text);
 
+    afx_msg int OnCreate(CREATESTRUCT* create);
     afx_msg void OnClose();
     afx_msg void OnEndSession(BOOL ending);
     afx_msg void OnDestroy();
     afx_msg BOOL OnMouseWheel(UINT flags, short delta, CPoint point);
+    afx_msg void OnFileOpen();
     afx_msg void OnFileConnect();
+    afx_msg void OnAddress();
+    afx_msg void OnAddressShown();
+    afx_msg void OnAddressFocus();
+    afx_msg void OnSearchChange();
+    afx_msg void OnSearch();
+    afx_msg void OnSearchPrevious();
+    afx_msg void OnSearchDone();
+    afx_msg void OnBarLeave();
+    afx_msg void OnViewAddress();
+    afx_msg void OnViewSearch();
     afx_msg void OnEditCopy();
     afx_msg void OnEditSelectAll();
     afx_msg void OnEditClear();
@@ -46,10 +68,17 @@ protected:
 
 private:
     void SaveSettings();
+    void Search(bool backwards, bool onward);
 
     ConsoleSettings& settings;
+    ConsoleBar bar;
+    std::wstring shownAddress;
+    std::wstring searched;  // as it was typed last
     bool outline = false;
 };
+
+// Those of this thread; the topmost first.
+std::vector<ConsoleFrame*> FindConsoleFrames();
 
 // Asks each window of the program to close, as its user would.
 void CloseAllFrames();

@@ -5,7 +5,16 @@
 #include "resource.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cwchar>
+
+namespace {
+
+constexpr UINT_PTR searchTimer = 1;
+constexpr UINT searchPause = 10;  // milliseconds for input and painting
+constexpr std::chrono::milliseconds searchTurn{20};
+
+}  // namespace
 
 IMPLEMENT_DYNCREATE(ConsoleView, YTextView)
 
@@ -15,6 +24,7 @@ BEGIN_MESSAGE_MAP(ConsoleView, YTextView)
     ON_MESSAGE(WM_MOUSEWHEEL, &ConsoleView::OnMouseWheel)
     ON_WM_KEYDOWN()
     ON_WM_CONTEXTMENU()
+    ON_WM_TIMER()
     ON_WM_PRINTCLIENT()
 END_MESSAGE_MAP()
 
@@ -57,6 +67,7 @@ void ConsoleView::ShowLines(const LineInfo* lines, unsigned count, bool endsUnfi
     if (partner) {
         partner->Append(lines, count, endsUnfinished);
     }
+    search.OnLinesDropped(dropped);
     KeepStill(top, dropped);
 }
 
@@ -99,6 +110,7 @@ void ConsoleView::SetLineLimit(unsigned lines)
     if (partner) {
         partner->Limit(lines);
     }
+    search.OnLinesDropped(before - GetTotalVert());
     KeepStill(top, before - GetTotalVert());
 }
 
@@ -221,6 +233,71 @@ void ConsoleView::OnSize(UINT type, int width, int height)
 {
     YTextView::OnSize(type, width, height);
     Refit();
+}
+
+// Search
+
+void ConsoleView::Find(const SearchQuery& query, bool onward)
+{
+    search.Start(GetBuffer(), query, GetSearchStart(query.isBackwards, onward));
+    if (query.text.empty()) {
+        search.Cancel();
+    }
+    GoOnSearching();
+}
+
+// With nothing selected: from what is to be seen.
+YTextViewCharPosition ConsoleView::GetSearchStart(bool backwards, bool onward) const
+{
+    const YTextViewHighlight* const selection = GetHighlight();
+    if (!selection) {
+        return {0, GetTopLine() + (backwards ? GetPageLines() : 0)};
+    }
+    YTextViewCharPosition start = selection->GetBegin();
+    start.column += onward && !backwards ? 1 : 0;
+    return start;
+}
+
+void ConsoleView::GoOnSearching()
+{
+    KillTimer(searchTimer);
+    switch (search.Continue(GetBuffer(), searchTurn)) {
+    case LineSearch::State::Running: SetTimer(searchTimer, searchPause); return;
+    case LineSearch::State::Found: ShowHit(); break;
+    case LineSearch::State::NotFound: break;
+    case LineSearch::State::Idle: return;
+    }
+    GetParentFrame()->SendMessage(WM_COMMAND, ID_SEARCH_DONE);
+}
+
+void ConsoleView::OnTimer(UINT_PTR timer)
+{
+    if (timer == searchTimer) {
+        GoOnSearching();
+    } else {
+        YTextView::OnTimer(timer);
+    }
+}
+
+// In the middle of the window where it was not to be seen; the reader stays there.
+void ConsoleView::ShowHit()
+{
+    const YTextViewCharPosition begin = search.GetHit();
+    const auto length = static_cast<unsigned>(search.GetQuery().text.size());
+    const YTextViewCharPosition end(begin.column + length - 1, begin.line);
+    const auto hit = YUnknownPointer<YTextViewHighlight>::Make(nullptr, begin, end);
+    UpdateHighlight(hit.Get(), false);
+    OnNormalizeHighlightChange();
+    SetCaret(true);
+    if (begin.line < GetTopLine() || begin.line >= GetTopLine() + GetPageLines()) {
+        const unsigned above = GetPageLines() / 2;
+        GoToLine(begin.line > above ? begin.line - above : 0);
+    }
+    const unsigned left = GetHScrollPoint();
+    if (begin.column < left || end.column >= left + GetPageWidth()) {
+        const unsigned before = GetPageWidth() / 2;
+        ScrollToHPoint(end.column > before ? end.column - before : 0);
+    }
 }
 
 // As if the user had clicked there on the bar.

@@ -1,6 +1,8 @@
 // ConsoleView.h: the log viewer's text view.
 #pragma once
 
+#include "LineSearch.h"
+
 #include <textview/YTextView.h>
 
 // Colours lines by the records of LineRules.h, scrolls by keys, and stands still under its reader:
@@ -33,6 +35,12 @@ public:
     void GoToStart();
     void GoToEnd() { OnCtrlEnd(); }
 
+    // Selects the next place where the text stands, and tells the frame by ID_SEARCH_DONE, also
+    // where there is none: a long search takes many turns, between which the user goes on. onward:
+    // past what is selected, not at it. No text ends the search.
+    void Find(const SearchQuery& query, bool onward);
+    const LineSearch& GetSearch() const { return search; }
+
     unsigned GetTopLine() const { return GetVScrollPoint(); }
     void GoToLine(unsigned line) { ScrollToPoint(line, GetHScrollPoint()); }
     unsigned GetPageLines() const { return GetPageHeight(); }
@@ -53,6 +61,7 @@ protected:
     afx_msg LRESULT OnMouseWheel(UINT wParam, long lParam);
     afx_msg void OnKeyDown(UINT key, UINT repeats, UINT flags);
     afx_msg void OnContextMenu(CWnd* window, CPoint point);
+    afx_msg void OnTimer(UINT_PTR timer);
     afx_msg LRESULT OnPrintClient(CDC* dc, UINT flags);
     DECLARE_MESSAGE_MAP()
 
@@ -62,9 +71,13 @@ private:
     void KeepStill(unsigned top, unsigned dropped);
     void Refit();
     void Scroll(UINT message, UINT code);
+    YTextViewCharPosition GetSearchStart(bool backwards, bool onward) const;
+    void GoOnSearching();
+    void ShowHit();
 
     ConsoleView* partner = nullptr;  // borrowed
     unsigned lineLimit = 0;  // 0: as the base has it
     bool unfinished = false;  // the last line is not complete
     bool reading = false;  // the base view's caret
+    LineSearch search;
 };

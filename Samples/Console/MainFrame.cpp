@@ -9,7 +9,6 @@
 
 #include <YMessageBox.h>
 #include <YReportMessageParams.h>
-#include <afxdlgs.h>
 
 #include <chrono>
 #include <exception>
@@ -84,7 +83,6 @@ BEGIN_MESSAGE_MAP(MainFrame, ConsoleFrame)
     ON_MESSAGE(newsMessage, &MainFrame::OnNews)
     ON_WM_VSCROLL()
     ON_WM_DROPFILES()
-    ON_COMMAND(ID_FILE_OPEN, &MainFrame::OnFileOpen)
     ON_COMMAND_RANGE(ID_FILE_MRU_FILE1, ID_FILE_MRU_FILE8, &MainFrame::OnRecentFile)
     ON_COMMAND(ID_FILE_RELOAD, &MainFrame::OnFileReload)
     ON_COMMAND(ID_FILE_FOLLOW, &MainFrame::OnFileFollow)
@@ -184,17 +182,36 @@ void MainFrame::OnDropFiles(HDROP drop)
     std::wstring dropped(::DragQueryFileW(drop, 0, nullptr, 0), L'\0');
     ::DragQueryFileW(drop, 0, dropped.data(), static_cast<UINT>(dropped.size() + 1));
     ::DragFinish(drop);
-    Open(dropped);
+    OpenFile(dropped);
 }
 
 void MainFrame::ShowTitle()
 {
     SetWindowText(path.empty() ? L"Console" : (GetFileName(path) + L" - Console").c_str());
+    ShowAddress(path);
 }
 
 // Lines
 
-void MainFrame::Open(const std::wstring& newPath)
+void MainFrame::OpenFile(ConsoleSettings& settings, const std::wstring& newPath)
+{
+    for (ConsoleFrame* const frame : FindConsoleFrames()) {
+        if (auto* const there = dynamic_cast<MainFrame*>(frame)) {
+            there->OpenFile(newPath);
+            there->ActivateFrame();
+            return;
+        }
+    }
+    auto* const frame = new MainFrame(settings);  // deletes itself with its window
+    int show = SW_SHOWNORMAL;
+    if (frame->Load({}, show)) {
+        frame->InitialUpdateFrame(nullptr, FALSE);
+        frame->ActivateFrame(show);
+        frame->OpenFile(newPath);
+    }
+}
+
+void MainFrame::OpenFile(const std::wstring& newPath)
 {
     try {
         candidate.reset();
@@ -296,27 +313,18 @@ void MainFrame::GiveUpForMemory()
 
 // Commands
 
-void MainFrame::OnFileOpen()
-{
-    CFileDialog dialog(TRUE, nullptr, nullptr, OFN_HIDEREADONLY | OFN_FILEMUSTEXIST,
-                       LoadText(IDS_FILE_FILTER).c_str(), this);
-    if (dialog.DoModal() == IDOK) {
-        Open(dialog.GetPathName().GetString());
-    }
-}
-
 void MainFrame::OnRecentFile(UINT id)
 {
     const std::size_t index = id - ID_FILE_MRU_FILE1;
     if (index < GetSettings().GetRecentFiles().size()) {
-        Open(GetSettings().GetRecentFiles()[index]);
+        OpenFile(GetSettings().GetRecentFiles()[index]);
     }
 }
 
 void MainFrame::OnFileReload()
 {
     if (!path.empty()) {
-        Open(path);
+        OpenFile(path);
     }
 }
 

@@ -21,7 +21,9 @@ public:
 
     // Creates the window where it was the last time, does not show it yet. show: how to (SW_...).
     bool Load(const ConsoleOptions& options, int& show);
-    void Open(const std::wstring& path);
+    void OpenFile(const std::wstring& path) override;
+    // In the window of files that is there, or in a new one.
+    static void OpenFile(ConsoleSettings& settings, const std::wstring& path);
 
     ConsoleView& GetView() const override { return views.GetFirst(); }  // the other is linked
     const ViewPair& GetViews() const { return views; }
@@ -39,7 +41,6 @@ protected:
     afx_msg void OnVScroll(UINT code, UINT position, CScrollBar* bar);
     afx_msg void OnDropFiles(HDROP drop);
 
-    afx_msg void OnFileOpen();
     afx_msg void OnRecentFile(UINT id);
     afx_msg void OnFileReload();
     afx_msg void OnFileFollow();

@@ -8,6 +8,29 @@ std::wstring ToText(const Peer& peer)
     return (isBracketed ? L'[' + peer.host + L']' : peer.host) + L':' + std::to_wstring(peer.port);
 }
 
+// One letter before a colon is a drive.
+bool ParsePeer(const std::wstring& text, Peer& peer)
+{
+    const std::size_t colon = text.rfind(L':');
+    unsigned short port = 0;
+    if (colon == std::wstring::npos || colon < 2 ||
+        text.find_first_of(L"\\/ \t") != std::wstring::npos ||
+        !ParsePort(text.c_str() + colon + 1, port)) {
+        return false;
+    }
+    std::wstring host = text.substr(0, colon);
+    const bool isBracketed = host.front() == L'[' && host.back() == L']';
+    if (isBracketed) {
+        host = host.substr(1, host.size() - 2);
+    }
+    const bool hasColons = host.find(L':') != std::wstring::npos;
+    if (host.empty() || hasColons != isBracketed) {
+        return false;
+    }
+    peer = {host, port};
+    return true;
+}
+
 bool ParseNumber(const wchar_t* text, unsigned long least, unsigned long most,
                  unsigned long& number)
 {

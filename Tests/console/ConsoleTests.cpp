@@ -89,7 +89,7 @@ protected:
     }
     bool Load(unsigned lines)
     {
-        frame->Open(file.GetPath());
+        frame->OpenFile(file.GetPath());
         return IsLoaded(lines);
     }
 
@@ -228,7 +228,7 @@ TEST_F(ConsoleTest, AFileThatCannotBeReadLeavesWhatIsShown)
     Start();
     ASSERT_TRUE(Load(1));
     shownMessage.clear();
-    frame->Open(L"Q:\\no such file");
+    frame->OpenFile(L"Q:\\no such file");
     ASSERT_TRUE(PumpUntil([] { return !shownMessage.empty(); }));
     EXPECT_NE(shownMessage.find(L"no such file"), std::wstring::npos);
     EXPECT_EQ(LastText(), L"one");
@@ -287,7 +287,7 @@ TEST_F(ConsoleTest, AnswersWhileALargeFileLoadsAndEscapeCancels)
     file.Write(MakeLines(1'000'000'000, lines) + std::string(12u << 20, '\n'));
     Start();
     ASSERT_TRUE(Activate(*frame));
-    frame->Open(file.GetPath());
+    frame->OpenFile(file.GetPath());
     constexpr ULONGLONG noticeable = 200;  // milliseconds; loading at one go would take seconds
     unsigned slow = 0;
     const ULONGLONG limit = ::GetTickCount64() + 60'000;
