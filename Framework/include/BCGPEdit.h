@@ -45,7 +45,8 @@ private:
     int GetButtonWidth() const;
     bool IsOnButton(CPoint screenPoint) const;
     void ShowButtonState(bool pressed, bool hot);
-    COLORREF GetBackground() const;
+    bool TakesText() const;
+    HBRUSH AskForGround(CDC& dc) const;
     void DrawLabel(CDC& dc, CRect rect);
 
     bool hasButton = false;

@@ -73,11 +73,10 @@ void CBCGPEdit::OnChangeLayout()
 
 HBRUSH CBCGPEdit::CtlColor(CDC* pDC, UINT)
 {
-    const COLORREF background = GetBackground();
+    const int ground = TakesText() ? COLOR_WINDOW : COLOR_BTNFACE;
     pDC->SetTextColor(::GetSysColor(IsWindowEnabled() ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT));
-    pDC->SetBkColor(background);
-    return ::GetSysColorBrush(background == ::GetSysColor(COLOR_WINDOW) ? COLOR_WINDOW
-                                                                        : COLOR_BTNFACE);
+    pDC->SetBkColor(::GetSysColor(ground));
+    return ::GetSysColorBrush(ground);
 }
 
 void CBCGPEdit::OnNcCalcSize(BOOL bCalcValidRects, NCCALCSIZE_PARAMS* lpncsp)
@@ -118,7 +117,9 @@ void CBCGPEdit::OnNcPaint()
 void CBCGPEdit::OnDrawBrowseButton(CDC* pDC, CRect rect, BOOL bIsButtonPressed, BOOL bIsButtonHot)
 {
     const bool isRaised = bIsButtonPressed || bIsButtonHot;
-    pDC->FillSolidRect(&rect, isRaised ? ::GetSysColor(COLOR_BTNFACE) : GetBackground());
+    CBrush* const ground =
+        CBrush::FromHandle(isRaised ? ::GetSysColorBrush(COLOR_BTNFACE) : AskForGround(*pDC));
+    pDC->FillRect(&rect, ground);
     CRect content = rect;
     if (isRaised) {
         pDC->DrawEdge(&rect, bIsButtonPressed ? BDR_SUNKENOUTER : BDR_RAISEDINNER, BF_RECT);
@@ -232,10 +233,18 @@ void CBCGPEdit::ShowButtonState(bool pressed, bool hot)
     RedrawWindow(nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME | RDW_UPDATENOW);
 }
 
-COLORREF CBCGPEdit::GetBackground() const
+bool CBCGPEdit::TakesText() const
 {
-    const bool takesText = IsWindowEnabled() && (GetStyle() & ES_READONLY) == 0;
-    return ::GetSysColor(takesText ? COLOR_WINDOW : COLOR_BTNFACE);
+    return IsWindowEnabled() && (GetStyle() & ES_READONLY) == 0;
+}
+
+// As the edit itself does before it paints, so that field and button never differ.
+HBRUSH CBCGPEdit::AskForGround(CDC& dc) const
+{
+    const UINT question = TakesText() ? WM_CTLCOLOREDIT : WM_CTLCOLORSTATIC;
+    return reinterpret_cast<HBRUSH>(::SendMessageW(::GetParent(m_hWnd), question,
+                                                   reinterpret_cast<WPARAM>(dc.GetSafeHdc()),
+                                                   reinterpret_cast<LPARAM>(m_hWnd)));
 }
 
 void CBCGPEdit::DrawLabel(CDC& dc, CRect rect)

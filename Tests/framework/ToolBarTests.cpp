@@ -182,7 +182,9 @@ TEST_F(CBCGPToolBarTest, IdleTimeEnablesAndChecks)
     Update();
     EXPECT_TRUE(IsOff(1));
     EXPECT_TRUE(frame->bar.GetButtonStyle(1) & TBBS_CHECKED);
-    ClickLeft(frame->bar, At(1));
+    PressLeft(frame->bar, At(1));
+    EXPECT_FALSE(frame->bar.GetButtonStyle(1) & TBBS_PRESSED);
+    ReleaseLeft(frame->bar, At(1));
     EXPECT_TRUE(frame->log.empty());
 }
 
@@ -214,9 +216,13 @@ TEST_F(CBCGPToolBarTest, ReplacedAndRemovedButtonsTakeTheirEditsAlong)
     EXPECT_EQ(frame->bar.ReplaceButton(999, copy), 0);
     EXPECT_EQ(frame->bar.InsertButton(copy, 99), -1);
     const HWND second = EditButton().GetHwnd();
+    EXPECT_TRUE(frame->bar.RemoveButton(frame->bar.CommandToIndex(editCommand)));
+    EXPECT_FALSE(::IsWindow(second));
+    frame->bar.InsertButton(copy);
+    frame->bar.DestroyWindow();
+    EXPECT_EQ(EditButton().GetEditBox(), nullptr);
     frame->bar.RemoveAllButtons();
     EXPECT_EQ(frame->bar.GetCount(), 0);
-    EXPECT_FALSE(::IsWindow(second));
 }
 
 TEST_F(CBCGPToolBarTest, ACommandMayEndTheFrame)
