@@ -50,7 +50,7 @@ unsigned ChooseSize(CWnd& window)
 }
 
 // The program's own image, if it has one. As a section: another bitmap need not keep the alpha.
-HBITMAP LoadImage(unsigned id)
+HBITMAP LoadButtonImage(unsigned id)
 {
     for (const HINSTANCE module : {::AfxGetResourceHandle(), HINSTANCE{YGetLibraryModule()}}) {
         if (const HANDLE image = ::LoadImageW(module, MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0,
@@ -160,9 +160,13 @@ LRESULT YLineEdit::OnFinishInitialisation(WPARAM, LPARAM)
 
 void YLineEdit::InitControl(const wchar_t* hint, IconType icon)
 {
+    const HWND handle = m_hWnd;
     placeholder = TextOrEmpty(hint);
     iconType = icon;
     WritePlaceholder();
+    if (IsGone(handle, this)) {
+        return;
+    }
     if (iconType != NoButton) {
         EnableBrowseButton();
     }
@@ -256,7 +260,9 @@ void YLineEdit::OnChar(UINT character, UINT repetitions, UINT flags)
 {
     const HWND handle = m_hWnd;
     ClearPlaceholder();
-    CBCGPEdit::OnChar(character, repetitions, flags);
+    if (!IsGone(handle, this)) {
+        CBCGPEdit::OnChar(character, repetitions, flags);
+    }
     if (!IsGone(handle, this)) {
         UpdateSearchIcon();
         PostMessage(restorePlaceholderMessage);
@@ -271,7 +277,9 @@ void YLineEdit::OnKeyDown(UINT key, UINT repetitions, UINT flags)
     }
     const HWND handle = m_hWnd;
     ClearPlaceholder();
-    CBCGPEdit::OnKeyDown(key, repetitions, flags);
+    if (!IsGone(handle, this)) {
+        CBCGPEdit::OnKeyDown(key, repetitions, flags);
+    }
     if (!IsGone(handle, this)) {
         PostMessage(restorePlaceholderMessage);
     }
@@ -303,12 +311,12 @@ LRESULT YLineEdit::OnPaste(WPARAM wParam, LPARAM lParam)
 }
 
 // Drops and some menus insert in this way. Where there was nothing to insert, nothing has changed,
-// and nobody else would bring the hint back (test: InsertingNothingKeepsTheHint).
+// and nobody else would bring the hint back (tests: PasteOfNothing, DropOfNothing).
 LRESULT YLineEdit::OnReplaceSelection(WPARAM, LPARAM)
 {
     const HWND handle = m_hWnd;
     ClearPlaceholderBeforeInsertion();
-    const LRESULT answer = Default();
+    const LRESULT answer = IsGone(handle, this) ? 0 : Default();
     if (!IsGone(handle, this)) {
         WritePlaceholderIfEmpty();
     }
@@ -317,10 +325,11 @@ LRESULT YLineEdit::OnReplaceSelection(WPARAM, LPARAM)
 
 LRESULT YLineEdit::OnImeNotify(WPARAM wParam, LPARAM)
 {
+    const HWND handle = m_hWnd;
     if (wParam == IMN_OPENCANDIDATE) {
         ClearPlaceholderBeforeInsertion();
     }
-    return Default();
+    return IsGone(handle, this) ? 0 : Default();
 }
 
 void YLineEdit::OnSetFocus(CWnd* previous)
@@ -328,7 +337,9 @@ void YLineEdit::OnSetFocus(CWnd* previous)
     const HWND handle = m_hWnd;
     hasFocus = true;
     const bool wasCleared = ClearPlaceholder();
-    CBCGPEdit::OnSetFocus(previous);
+    if (!IsGone(handle, this)) {
+        CBCGPEdit::OnSetFocus(previous);
+    }
     if (wasCleared && !IsGone(handle, this)) {
         PostMessage(restorePlaceholderMessage);
     }
@@ -336,9 +347,12 @@ void YLineEdit::OnSetFocus(CWnd* previous)
 
 void YLineEdit::OnKillFocus(CWnd* next)
 {
+    const HWND handle = m_hWnd;
     hasFocus = false;
     WritePlaceholderIfEmpty();
-    CBCGPEdit::OnKillFocus(next);
+    if (!IsGone(handle, this)) {
+        CBCGPEdit::OnKillFocus(next);
+    }
 }
 
 // The hint can neither be selected nor be split by the caret.
@@ -405,7 +419,7 @@ void YLineEdit::ShowImage(unsigned id)
         return;
     }
     currentImage = id;
-    SetBrowseButtonImage(LoadImage(id + ChooseSize(*this)));
+    SetBrowseButtonImage(LoadButtonImage(id + ChooseSize(*this)));
     RedrawWindow(nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME | RDW_UPDATENOW);
 }
 
