@@ -62,6 +62,7 @@ protected:
 private:
     class WritingText;
 
+    // The hint: YLineEdit.cpp
     bool ClearPlaceholder();
     void WritePlaceholder();
     void WritePlaceholderIfEmpty();
@@ -69,6 +70,8 @@ private:
     void OnChange();
     bool IsHintUnderHand() const { return hasFocus && IsPlaceholderText(); }
     bool IsComposing() const;
+
+    // The button, and the keys in a toolbar: YLineEditButton.cpp
     void UpdateSearchIcon();
     void ShowImage(unsigned id);
     void CreateTooltips();
