@@ -268,4 +268,34 @@ TEST_F(RootTest, TheCaptionStaysActiveOnlyWhileTheListIsUsed)
     other.DestroyWindow();
 }
 
+bool IsInMenu(DWORD thread)
+{
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    return ::GetGUIThreadInfo(thread, &info) && (info.flags & GUI_INMENUMODE) != 0;
+}
+
+// While a menu is open, its keys still come under the name of the edit.
+TEST_F(RootTest, HidesWhenAltOpensTheMenuAndLeavesItItsKeys)
+{
+    const HMENU bar = ::CreateMenu();
+    ::AppendMenuW(bar, MF_STRING, 1, L"Item");
+    ::SetMenu(top, bar);  // which destroys it
+    TypeAndAwaitList('A');
+    const HWND list = GetPopup();
+    const DWORD thread = ::GetCurrentThreadId();
+    std::atomic<bool> wasHidden = false;
+    std::atomic<bool> isDone = false;
+    TestThread user([&] {  // a menu is a loop of the system's on our thread
+        TypeKey(VK_MENU);
+        wasHidden = PumpUntil([&] { return IsInMenu(thread) && !::IsWindowVisible(list); });
+        TypeKey(VK_ESCAPE);
+        isDone = true;
+    });
+    EXPECT_TRUE(PumpUntil([&] { return isDone && !IsInMenu(thread); }));
+    EXPECT_TRUE(wasHidden);
+    EXPECT_EQ(GetText(), L"a");
+    TypeAndAwaitList('B');
+}
+
 }  // namespace

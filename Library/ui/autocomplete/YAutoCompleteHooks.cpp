@@ -24,6 +24,17 @@ bool IsPress(WPARAM message)
     }
 }
 
+// In a menu, or while a window is moved or sized, the keys belong to that loop of the system's, though
+// they still come under the name of the edit.
+bool IsInLoopOfSystem()
+{
+    constexpr DWORD loops =
+        GUI_INMENUMODE | GUI_POPUPMENUMODE | GUI_SYSTEMMENUMODE | GUI_INMOVESIZE;
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    return ::GetGUIThreadInfo(::GetCurrentThreadId(), &info) && (info.flags & loops) != 0;
+}
+
 bool Contains(HWND window, POINT screenPoint)
 {
     RECT place{};
@@ -110,7 +121,7 @@ void YAutoComplete::OnThreadMessage(MSG& message, bool isRemoved)
         return;
     }
     const Pointer object = FindByEdit(message.hwnd);
-    if (!object) {
+    if (!object || IsInLoopOfSystem()) {
         return;
     }
     message.message = WM_NULL;
