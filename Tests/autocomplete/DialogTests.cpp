@@ -268,6 +268,40 @@ TEST_F(RootTest, TheCaptionStaysActiveOnlyWhileTheListIsUsed)
     other.DestroyWindow();
 }
 
+TEST_F(RootTest, FollowsItsEditToAnotherParent)
+{
+    CWnd other;
+    const HWND panel = ::CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE, 0, 0, 300, 200,
+                                         top, nullptr, nullptr, nullptr);
+    const auto move = [](HWND window) {
+        RECT place{};
+        ::GetWindowRect(window, &place);
+        ::MapWindowPoints(nullptr, ::GetAncestor(window, GA_PARENT),
+                          reinterpret_cast<POINT*>(&place), 1);
+        ::SetWindowPos(window, nullptr, place.left + 3, place.top, 0, 0,
+                       SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+        PumpMessages();
+    };
+    ::SetParent(edit, panel);  // while hidden
+    ASSERT_TRUE(Activate(edit));
+    TypeAndAwaitList('A');
+    EXPECT_EQ(source->requests.back(), L"a");
+    Open(other, 600);
+    ::SetParent(edit, other);  // while shown
+    ASSERT_TRUE(Activate(edit));
+    TypeAndAwaitList('B');
+    EXPECT_EQ(source->requests.back(), L"ab");
+    move(panel);
+    move(top);  // neither is its parent any more
+    EXPECT_TRUE(IsShown());
+    ::DestroyWindow(panel);
+    move(other);
+    EXPECT_FALSE(IsShown());
+    TypeAndAwaitList('C');
+    EXPECT_EQ(source->requests.back(), L"abc");
+    other.DestroyWindow();
+}
+
 bool IsInMenu(DWORD thread)
 {
     GUITHREADINFO info{};

@@ -80,7 +80,8 @@ void YAutoComplete::Detach()
         ::DestroyWindow(window);
     }
     StopWatching();  // in case the pop-up has been destroyed by somebody else, too
-    LeaveParent();
+    LeaveParent(editParent);
+    LeaveParent(firstParent);
     LeaveThread();
     edit = nullptr;
     Release();
@@ -97,14 +98,31 @@ void YAutoComplete::EnterParent(HWND window)
     }
 }
 
-void YAutoComplete::LeaveParent()
+void YAutoComplete::LeaveParent(HWND window)
 {
-    if (editParent != nullptr) {
-        ::RemoveWindowSubclass(editParent,
+    if (window != nullptr) {
+        ::RemoveWindowSubclass(window,
                                &SubclassProcedure<YAutoComplete, &YAutoComplete::OnParentMessage>,
                                GetSubclassId());
+    }
+    if (editParent == window) {
         editParent = nullptr;
     }
+    if (firstParent == window) {
+        firstParent = nullptr;
+    }
+}
+
+// The system's edits go on telling the parent that they were made with, others tell the new one:
+// the first parent keeps its subclass (test: FollowsItsEditToAnotherParent).
+void YAutoComplete::ChangeParent(HWND window)
+{
+    if (firstParent == nullptr) {
+        firstParent = editParent;
+    } else if (editParent != firstParent) {
+        LeaveParent(editParent);
+    }
+    EnterParent(window);
 }
 
 LRESULT YAutoComplete::OnEditMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -137,10 +155,10 @@ LRESULT YAutoComplete::OnParentMessage(HWND window, UINT message, WPARAM wParam,
 {
     if (message == WM_COMMAND && edit != nullptr && reinterpret_cast<HWND>(lParam) == edit) {
         OnEditNotification(HIWORD(wParam));
-    } else if (message == WM_WINDOWPOSCHANGING) {
+    } else if (message == WM_WINDOWPOSCHANGING && window == editParent) {
         OnMoving(*reinterpret_cast<const WINDOWPOS*>(lParam));
     } else if (message == WM_NCDESTROY) {
-        LeaveParent();
+        LeaveParent(window);
     }
     return ::DefSubclassProc(window, message, wParam, lParam);
 }
@@ -195,8 +213,7 @@ void YAutoComplete::OnMoving(const WINDOWPOS& position)
     }
     const HWND parent = ::GetParent(edit);
     if (parent != editParent) {
-        LeaveParent();
-        EnterParent(parent);
+        ChangeParent(parent);
     } else {
         PostToPopup(hideMessage);
     }

@@ -51,7 +51,8 @@ private:
     void Attach();
     void Detach();
     void EnterParent(HWND window);
-    void LeaveParent();
+    void LeaveParent(HWND window);
+    void ChangeParent(HWND window);
     LRESULT OnEditMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT OnParentMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT OnRootMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
@@ -139,6 +140,7 @@ private:
     bool fitEditWidth;
     bool keepsFocus = false;  // the list is handling a press: the focus is still the edit's
     std::wstring selectedText;  // of the highlighted row, as it was when it was highlighted
+    HWND firstParent = nullptr;  // only when the edit has got another one
     // On the screen. While it rests there, the pointer points at nothing.
     POINT restingPointer{};
 
