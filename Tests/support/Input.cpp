@@ -119,6 +119,19 @@ void TypeKey(WORD virtualKey)
     SendKey(virtualKey, KEYEVENTF_KEYUP);
 }
 
+void TypeText(std::wstring_view text)
+{
+    for (const wchar_t character : text) {
+        INPUT input{};
+        input.type = INPUT_KEYBOARD;
+        input.ki.wScan = character;
+        for (const DWORD flags : {DWORD{0}, DWORD{KEYEVENTF_KEYUP}}) {
+            input.ki.dwFlags = KEYEVENTF_UNICODE | flags;
+            Send(input);
+        }
+    }
+}
+
 bool Activate(HWND window)
 {
     ::SetForegroundWindow(window);

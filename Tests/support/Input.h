@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <functional>
+#include <string_view>
 
 // Handles messages until none is left, including those that handling them posts.
 void PumpMessages();
@@ -24,6 +25,9 @@ void TurnWheel(HWND window, POINT point, int delta);
 
 // A key, to whichever window has the focus.
 void TypeKey(WORD virtualKey);
+
+// Characters as from a keyboard that has a key for each.
+void TypeText(std::wstring_view text);
 
 // Brings a window to the front and gives it the focus, as a click on its caption would.
 bool Activate(HWND window);
