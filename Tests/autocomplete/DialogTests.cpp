@@ -208,6 +208,26 @@ TEST_F(DialogTest, TheSinkMayShowABox)
     TypeAndAwaitList('B');
 }
 
+// The click that brings the dialog to the front again falls on the place of a row that is gone.
+TEST_F(DialogTest, AClickWhereTheListWasOnlyActivates)
+{
+    ASSERT_TRUE(Activate(GetControl(IDC_ALL_KEYS)));
+    TypeAndAwaitList('A');
+    POINT point = GetRow(0);
+    ::MapWindowPoints(GetList(), dialog, &point, 1);
+    CWnd other;
+    Open(other, 600);
+    EXPECT_TRUE(PumpUntil([] { return !IsShown(); }));
+    EXPECT_TRUE(PumpUntil([&] {
+        ClickLeft(dialog, point);
+        return GetFocusId() == IDC_ALL_KEYS;
+    }));
+    EXPECT_FALSE(IsShown());
+    EXPECT_TRUE(sink.accepted.empty());
+    EXPECT_EQ(GetText(IDC_ALL_KEYS), L"a");
+    other.DestroyWindow();
+}
+
 class RootTest : public PopupTest
 {};
 

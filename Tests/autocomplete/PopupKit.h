@@ -64,6 +64,12 @@ inline POINT GetRow(int row)
     return {20, (place.top + place.bottom) / 2};
 }
 
+inline void Open(CWnd& window, int left, DWORD extendedStyle = 0)
+{
+    ASSERT_TRUE(window.CreateEx(extendedStyle, nullptr, L"Top", WS_OVERLAPPEDWINDOW | WS_VISIBLE,
+                                left, 100, 400, 300, nullptr, nullptr));
+}
+
 inline HWND MakeEdit(HWND parent, int top = 10)
 {
     return ::CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", L"",
@@ -176,12 +182,6 @@ protected:
     {
         top.DestroyWindow();
         CompletionTest::TearDown();
-    }
-    static void Open(CWnd& window, int left, DWORD extendedStyle = 0)
-    {
-        ASSERT_TRUE(window.CreateEx(extendedStyle, nullptr, L"Top",
-                                    WS_OVERLAPPEDWINDOW | WS_VISIBLE, left, 100, 400, 300, nullptr,
-                                    nullptr));
     }
     std::wstring GetText() const { return GetTextOf(edit); }
 
