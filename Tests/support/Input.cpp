@@ -134,8 +134,14 @@ void TypeText(std::wstring_view text)
 
 bool Activate(HWND window)
 {
-    ::SetForegroundWindow(window);
-    ::SetFocus(window);
-    return PumpUntil(
-        [window] { return ::GetForegroundWindow() == ::GetAncestor(window, GA_ROOT); });
+    // A window manager may still be busy giving the front to a window that was made before.
+    const auto isInFront = [window] {
+        return ::GetForegroundWindow() == ::GetAncestor(window, GA_ROOT);
+    };
+    const auto bring = [&] {
+        ::SetForegroundWindow(window);
+        ::SetFocus(window);
+        return PumpUntil(isInFront, 500);
+    };
+    return PumpUntil(bring);
 }
