@@ -32,6 +32,7 @@ int main(int argc, char** argv)
 
     Report report;
     AddBufferSubjects(report);
+    AddCompletionSubjects(report);
     AddPacketSubjects(report);
     AddNetworkSubjects(report);
     AddPaintSubjects(report);
