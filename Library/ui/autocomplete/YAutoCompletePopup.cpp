@@ -372,12 +372,16 @@ LRESULT YAutoComplete::OnCustomDraw(const NMCUSTOMDRAW& drawing)
 // The text begins where it does in the edit.
 void YAutoComplete::DrawItem(HDC dc, int item)
 {
+    // Past our own procedure, whose look at the property costs more than these two answers.
+    const auto askList = [&](UINT message, LPARAM lParam) {
+        return ::CallWindowProcW(previousListProcedure, listView, message,
+                                 static_cast<WPARAM>(item), lParam);
+    };
     RECT bounds{};
     bounds.left = LVIR_BOUNDS;
-    CallList(LVM_GETITEMRECT, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(&bounds));
+    askList(LVM_GETITEMRECT, reinterpret_cast<LPARAM>(&bounds));
     // Asked of the list: what the notification says of the state is not to be relied on.
-    const bool isSelected =
-        CallList(LVM_GETITEMSTATE, static_cast<WPARAM>(item), LVIS_SELECTED) != 0;
+    const bool isSelected = askList(LVM_GETITEMSTATE, LVIS_SELECTED) != 0;
     const int margin = LOWORD(::SendMessageW(edit, EM_GETMARGINS, 0, 0));
     const std::wstring text = GetCompletionAtIndex(static_cast<unsigned>(item));
     ::SetTextColor(dc, ::GetSysColor(isSelected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
