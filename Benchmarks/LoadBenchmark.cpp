@@ -79,7 +79,7 @@ void LoadInSample(benchmark::State& state)
     frame->ShowWindow(SW_SHOWNORMAL);
     Pump();
     for (auto _ : state) {
-        frame->Open(path);
+        frame->OpenFile(path);
         WaitUntilLoaded(*frame);
     }
     if (!frame->GetViews().GetFirst().HasLines()) {

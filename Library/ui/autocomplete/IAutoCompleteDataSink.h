@@ -17,6 +17,7 @@ class IAutoCompleteDataSink : public IUnknown
 public:
     // text: the one that was asked about; an answer to an older text is dropped. completions: in
     // the order in which they are to be shown; copied. source: who answers.
+    // Out of memory: throws std::bad_alloc, the list is empty then.
     virtual void OnAutoComplete(const wchar_t* text, const std::vector<std::wstring>& completions,
                                 IAutoCompleteDataSource* source) = 0;
 };

@@ -2,40 +2,40 @@
 
 #include "autocomplete/IAutoCompleteSink.h"
 
+#include <new>
+
 YAutoCompleteBase::YAutoCompleteBase(IAutoCompleteDataSource* source, IAutoCompleteSink* client)
     : sink(client), dataSource(source)
 {}
 
 YAutoCompleteBase::~YAutoCompleteBase() = default;
 
-bool YAutoCompleteBase::IsCurrent(const wchar_t* text)
-{
-    const std::lock_guard lock(mutex);
-    return currentText == text;
-}
-
 void YAutoCompleteBase::OnAutoComplete(const wchar_t* text, const std::vector<std::wstring>& found,
                                        IAutoCompleteDataSource*)
 {
-    if (!IsCurrent(text)) {
-        return;
-    }
-    // Copied without the lock: a long list must not hold up the user's next key. Taken over only if
-    // the text is still the same then; what it replaces is freed after the lock, too.
-    std::vector<std::wstring> replacement;
-    if (&found != &completions) {
-        replacement = found;
-    }
     {
         const std::lock_guard lock(mutex);
         if (currentText != text) {
             return;
         }
         if (&found != &completions) {
-            completions.swap(replacement);
+            Replace(found);
         }
     }
     OnAutoComplete();
+}
+
+// Into the strings that are there: to make and to free a hundred thousand takes ten times as long as
+// to copy them, and holds up the heap for everybody. The lock is held for that, which is nothing to
+// a key as long as lists are short enough to be read.
+void YAutoCompleteBase::Replace(const std::vector<std::wstring>& found)
+{
+    try {
+        completions = found;
+    } catch (const std::bad_alloc&) {
+        completions.clear();  // not half of each
+        throw;
+    }
 }
 
 void YAutoCompleteBase::AutoComplete(const wchar_t* text)

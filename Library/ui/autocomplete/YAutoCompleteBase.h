@@ -45,7 +45,7 @@ protected:
                 YAutoCompleteBase* source);
 
 private:
-    bool IsCurrent(const wchar_t* text);
+    void Replace(const std::vector<std::wstring>& found);
 
     std::wstring currentText;  // the one last asked about
     IAutoCompleteSink* sink;
