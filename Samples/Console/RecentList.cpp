@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -19,22 +20,24 @@ auto Names(const std::wstring& item)
 
 }  // namespace
 
-void RecentList::Add(const std::wstring& item)
+void RecentList::Add(std::wstring item)
 {
     if (!items.empty() && items.front() == item) {
         return;
     }
-    const std::wstring newest = item;  // it may be one of those that go
-    std::erase_if(items, Names(newest));
-    items.insert(items.begin(), newest);
+    std::erase_if(items, Names(item));
+    items.insert(items.begin(), std::move(item));
     items.resize(std::min(items.size(), most));
     modified = true;
 }
 
 void RecentList::Remove(const std::wstring& item)
 {
-    const std::wstring unwanted = item;
-    modified = std::erase_if(items, Names(unwanted)) > 0 || modified;
+    const auto place = std::find_if(items.begin(), items.end(), Names(item));
+    if (place != items.end()) {
+        items.erase(place);
+        modified = true;
+    }
 }
 
 void RecentList::Load(const YProfileKey& parent)

@@ -19,7 +19,7 @@ public:
     {}
 
     const std::vector<std::wstring>& Get() const { return items; }
-    void Add(const std::wstring& item);
+    void Add(std::wstring item);
     void Remove(const std::wstring& item);
 
     void Load(const YProfileKey& parent);

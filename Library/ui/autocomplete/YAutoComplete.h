@@ -141,6 +141,7 @@ private:
     bool keepsFocus = false;  // the list is handling a press: the focus is still the edit's
     std::wstring selectedText;  // of the highlighted row, as it was when it was highlighted
     HWND firstParent = nullptr;  // only when the edit has got another one
+    int editMargin = 0;  // pixels left of the edit's text; read once a paint
     // On the screen. While it rests there, the pointer points at nothing.
     POINT restingPointer{};
 

@@ -47,6 +47,31 @@ YAutoComplete** GetOwnerBlock(HWND list)
     return static_cast<YAutoComplete**>(::GetPropW(list, listProperty));
 }
 
+bool HasScrollInfo(HWND bar, const SCROLLINFO& wanted)
+{
+    SCROLLINFO has{};
+    has.cbSize = sizeof has;
+    has.fMask = SIF_ALL;
+    return ::GetScrollInfo(bar, SB_CTL, &has) && has.nMin == wanted.nMin &&
+           has.nMax == wanted.nMax && has.nPage == wanted.nPage && has.nPos == wanted.nPos;
+}
+
+// Whether its parent is shown or not.
+bool IsMadeVisible(HWND window)
+{
+    return (::GetWindowLongW(window, GWL_STYLE) & WS_VISIBLE) != 0;
+}
+
+// size: null for any.
+bool IsAt(HWND window, POINT corner, const SIZE* size)
+{
+    RECT place{};
+    ::GetWindowRect(window, &place);
+    return place.left == corner.x && place.top == corner.y &&
+           (size == nullptr ||
+            (place.right - place.left == size->cx && place.bottom - place.top == size->cy));
+}
+
 }  // namespace
 
 // The class lives as long as the library: it belongs to the program, whose end would not remove it
@@ -273,10 +298,13 @@ void YAutoComplete::UpdateScrollBar()
     info.fMask = SIF_ALL;
     const bool isNeeded = (::GetWindowLongW(listView, GWL_STYLE) & WS_VSCROLL) != 0 &&
                           ::GetScrollInfo(listView, SB_VERT, &info) && info.nMin != info.nMax;
-    if (isNeeded) {
+    // Either would draw the bar again, which takes as long as ten rows.
+    if (isNeeded && !HasScrollInfo(scrollBar, info)) {
         ::SetScrollInfo(scrollBar, SB_CTL, &info, TRUE);
     }
-    ::ShowWindow(scrollBar, isNeeded ? SW_SHOWNA : SW_HIDE);
+    if (isNeeded != IsMadeVisible(scrollBar)) {
+        ::ShowWindow(scrollBar, isNeeded ? SW_SHOWNA : SW_HIDE);
+    }
 }
 
 LRESULT YAutoComplete::OnScroll(WPARAM wParam, LPARAM lParam)
@@ -361,7 +389,9 @@ void YAutoComplete::OnItemClicked(int item)
 LRESULT YAutoComplete::OnCustomDraw(const NMCUSTOMDRAW& drawing)
 {
     switch (drawing.dwDrawStage) {
-    case CDDS_PREPAINT: return CDRF_NOTIFYITEMDRAW;
+    case CDDS_PREPAINT:
+        editMargin = LOWORD(::SendMessageW(edit, EM_GETMARGINS, 0, 0));
+        return CDRF_NOTIFYITEMDRAW;
     case CDDS_ITEMPREPAINT:
         DrawItem(drawing.hdc, static_cast<int>(drawing.dwItemSpec));
         return CDRF_SKIPDEFAULT;
@@ -372,21 +402,19 @@ LRESULT YAutoComplete::OnCustomDraw(const NMCUSTOMDRAW& drawing)
 // The text begins where it does in the edit.
 void YAutoComplete::DrawItem(HDC dc, int item)
 {
-    // Past our own procedure, whose look at the property costs more than these two answers.
-    const auto askList = [&](UINT message, LPARAM lParam) {
-        return ::CallWindowProcW(previousListProcedure, listView, message,
-                                 static_cast<WPARAM>(item), lParam);
-    };
+    const auto row = static_cast<WPARAM>(item);
     RECT bounds{};
     bounds.left = LVIR_BOUNDS;
-    askList(LVM_GETITEMRECT, reinterpret_cast<LPARAM>(&bounds));
+    CallList(LVM_GETITEMRECT, row, reinterpret_cast<LPARAM>(&bounds));
+    RECT seen{};
+    ::GetClientRect(popup, &seen);
+    bounds.right = std::min(bounds.right, seen.right);  // the rest of the list is never seen
     // Asked of the list: what the notification says of the state is not to be relied on.
-    const bool isSelected = askList(LVM_GETITEMSTATE, LVIS_SELECTED) != 0;
-    const int margin = LOWORD(::SendMessageW(edit, EM_GETMARGINS, 0, 0));
+    const bool isSelected = CallList(LVM_GETITEMSTATE, row, LVIS_SELECTED) != 0;
     const std::wstring text = GetCompletionAtIndex(static_cast<unsigned>(item));
     ::SetTextColor(dc, ::GetSysColor(isSelected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
     ::SetBkColor(dc, ::GetSysColor(isSelected ? COLOR_HIGHLIGHT : COLOR_WINDOW));
-    ::ExtTextOutW(dc, bounds.left + margin, bounds.top, ETO_OPAQUE | ETO_CLIPPED, &bounds,
+    ::ExtTextOutW(dc, bounds.left + editMargin, bounds.top, ETO_OPAQUE | ETO_CLIPPED, &bounds,
                   text.data(), static_cast<UINT>(text.size()), nullptr);
 }
 
@@ -417,9 +445,12 @@ LRESULT YAutoComplete::PressOnList(HWND window, UINT message, WPARAM wParam, LPA
     return ::CallWindowProcW(previousListProcedure, window, message, wParam, lParam);
 }
 
+// Past our own procedure: its look at the property of the window is dearer than most answers.
 LRESULT YAutoComplete::CallList(UINT message, WPARAM wParam, LPARAM lParam) const
 {
-    return listView != nullptr ? ::SendMessageW(listView, message, wParam, lParam) : 0;
+    return listView != nullptr
+               ? ::CallWindowProcW(previousListProcedure, listView, message, wParam, lParam)
+               : 0;
 }
 
 // The list's answer has 16 bits for a height: it is asked for no more rows than the screen can show,
@@ -477,8 +508,11 @@ void YAutoComplete::Show()
     if (!IsPopupVisible()) {
         ::GetCursorPos(&restingPointer);
     }
-    ::SetWindowPos(popup, HWND_TOPMOST, place.left, place.bottom, size.cx, size.cy,
-                   SWP_NOACTIVATE | SWP_SHOWWINDOW | (userSized ? SWP_NOSIZE : 0U));
+    if (!IsPopupVisible() ||
+        !IsAt(popup, {place.left, place.bottom}, userSized ? nullptr : &size)) {
+        ::SetWindowPos(popup, HWND_TOPMOST, place.left, place.bottom, size.cx, size.cy,
+                       SWP_NOACTIVATE | SWP_SHOWWINDOW | (userSized ? SWP_NOSIZE : 0U));
+    }
     StartWatching();
 }
 
@@ -486,8 +520,7 @@ SIZE YAutoComplete::GetSizeToShow(const RECT& editPlace) const
 {
     RECT root{};
     ::GetWindowRect(::GetAncestor(edit, GA_ROOT), &root);
-    const LRESULT needed =
-        CallList(LVM_APPROXIMATEVIEWRECT, static_cast<WPARAM>(-1), MAKELPARAM(-1, -1));
+    const LRESULT needed = EstimateListSize(listView, static_cast<WPARAM>(-1), MAKELPARAM(-1, -1));
     const int width = editPlace.right - editPlace.left;
     return {fitEditWidth ? width : 2 * width,
             std::min<LONG>((root.bottom - root.top) / 2, HIWORD(needed))};
