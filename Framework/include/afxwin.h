@@ -4,6 +4,7 @@
 #include "afx.h"
 #include "afxcmd_.h"
 #include "afxdd_.h"
+#include "afxdlg_.h"
 #include "afxfrm_.h"
 #include "afxgdi_.h"
 #include "afxmnu_.h"

@@ -4,6 +4,7 @@
 #include "afxcmd_.h"
 #include "afxgdi_.h"
 
+class CDataExchange;
 class CFrameWnd;
 class CMenu;
 class CScrollBar;
@@ -194,6 +195,11 @@ class COMMONFRAMEWORK_API CWnd : public CCmdTarget
     static BOOL PASCAL WalkPreTranslateTree(HWND hWndStop, MSG* pMsg);
     BOOL IsDialogMessage(MSG* lpMsg) { return ::IsDialogMessage(m_hWnd, lpMsg); }
 
+    // Lets DoDataExchange move data between members and controls; TRUE: from the controls, checked.
+    // Meanwhile the window hears of no notification of its controls. FALSE: something was refused,
+    // of which the user knows, or the exchange is under way already.
+    BOOL UpdateData(BOOL bSaveAndValidate = TRUE);
+
     virtual BOOL IsFrameWnd() const { return FALSE; }
     // Where the procedure that was there before ours is kept.
     virtual WNDPROC* GetSuperWndProcAddr() { return &superWindowProc; }
@@ -206,6 +212,7 @@ protected:
     virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT Default();  // DefWindowProc with the message as it came
     virtual void PostNcDestroy() {}
+    virtual void DoDataExchange(CDataExchange*) {}
 
     virtual BOOL OnCommand(WPARAM wParam, LPARAM lParam);
     virtual BOOL OnNotify(WPARAM wParam, LPARAM lParam, LRESULT* pResult);
@@ -265,6 +272,7 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
+    friend class CDialog;
     friend class WindowCreation;
     friend class WindowProcedure;
 

@@ -1,4 +1,55 @@
-#include "afxwin.h"
+#include "FrameworkState.h"
+
+#include <utility>
+
+// An exchange between a window and its controls, for as long as it lasts. Message boxes of one may
+// let another window begin its own.
+class DataExchangeInProgress
+{
+public:
+    explicit DataExchangeInProgress(HWND exchanging)
+        : window(exchanging), outer(std::exchange(GetThreadState().exchange, this))
+    {}
+    ~DataExchangeInProgress() { GetThreadState().exchange = outer; }
+    DataExchangeInProgress(const DataExchangeInProgress&) = delete;
+    DataExchangeInProgress& operator=(const DataExchangeInProgress&) = delete;
+
+    HWND GetWindow() const { return window; }
+    const DataExchangeInProgress* GetOuter() const { return outer; }
+
+private:
+    HWND window;
+    DataExchangeInProgress* outer;
+};
+
+bool IsExchangingData(HWND window)
+{
+    const DataExchangeInProgress* exchange = GetThreadState().exchange;
+    while (exchange != nullptr && exchange->GetWindow() != window) {
+        exchange = exchange->GetOuter();
+    }
+    return exchange != nullptr;
+}
+
+BOOL CWnd::UpdateData(BOOL bSaveAndValidate)
+{
+    ASSERT(m_hWnd != nullptr);
+    if (IsExchangingData(m_hWnd)) {
+        return FALSE;
+    }
+    const DataExchangeInProgress exchange(m_hWnd);
+    CDataExchange parameters(this, bSaveAndValidate);
+    try {
+        DoDataExchange(&parameters);
+        return TRUE;
+    } catch (CUserException* refusal) {
+        refusal->Delete();
+    } catch (...) {
+        // A fault, not a refusal; the caller is asked to keep the dialog open all the same.
+        AnswerForCurrentException(*GetCurrentMessage());
+    }
+    return FALSE;
+}
 
 HWND CDataExchange::PrepareCtrl(int nIDC)
 {

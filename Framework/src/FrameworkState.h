@@ -3,6 +3,7 @@
 
 #include "afxwin.h"
 
+class DataExchangeInProgress;
 class WindowCreation;
 
 struct ModuleState
@@ -18,10 +19,15 @@ struct ThreadState
     CWinThread* thread = nullptr;
     MSG handled{};  // by the innermost window procedure at work
     WindowCreation* creation = nullptr;  // that waits for its window to appear
+    DataExchangeInProgress* exchange = nullptr;  // the innermost one
 };
 
 ModuleState& GetModuleState();
 ThreadState& GetThreadState();
+
+// Between this window and its controls. Their notifications are about values that nobody has
+// changed, or come while half of them are taken over.
+bool IsExchangingData(HWND window);
 
 // Reports what a handler threw and answers for it: -1 to WM_CREATE, which ends the creation, else
 // 0. What was to be painted counts as painted: it would be asked for without end.

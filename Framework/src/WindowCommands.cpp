@@ -31,7 +31,8 @@ BOOL CWnd::OnCommand(WPARAM wParam, LPARAM lParam)
 {
     const UINT id = LOWORD(wParam);
     if (const HWND control = reinterpret_cast<HWND>(lParam)) {
-        return ReflectLastMsg(control) || OnCmdMsg(id, HIWORD(wParam), nullptr, nullptr);
+        return ReflectLastMsg(control) || IsExchangingData(m_hWnd) ||
+               OnCmdMsg(id, HIWORD(wParam), nullptr, nullptr);
     }
     if (id == 0) {
         return FALSE;
