@@ -3,7 +3,7 @@
 
 #include "afxwnd_.h"
 
-// A window made from a dialog template, which is looked for where AfxSetResourceHandle points. Modal
+// A window made from a dialog template, which is in memory or where AfxSetResourceHandle points. Modal
 // by DoModal, with the object on the stack, or modeless by Create; a modeless one that was made with
 // new deletes itself in PostNcDestroy and overrides OnOK and OnCancel, which only hide it. A child
 // page that the outer dialog's Tab key walks through (DS_CONTROL) leaves all keys to that dialog.
@@ -22,6 +22,10 @@ class COMMONFRAMEWORK_API CDialog : public CWnd
     virtual BOOL Create(LPCTSTR lpszTemplateName, CWnd* pParentWnd = nullptr);
     virtual BOOL Create(UINT nIDTemplate, CWnd* pParentWnd = nullptr);
     using CWnd::Create;
+    // The same from a template in memory, which is not needed afterwards.
+    virtual BOOL CreateIndirect(LPCDLGTEMPLATE lpDialogTemplate, CWnd* pParentWnd = nullptr);
+    // Before DoModal, of an object made without a template; it is borrowed until then.
+    BOOL InitModalIndirect(LPCDLGTEMPLATE lpDialogTemplate, CWnd* pParentWnd = nullptr);
     // What EndDialog was called with; -1: it could not be made, or went without EndDialog, as when
     // its owner is destroyed. The owner is disabled meanwhile.
     virtual INT_PTR DoModal();
@@ -53,11 +57,12 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
-    BOOL CreateFromTemplate(LPCTSTR name, HWND owner);
+    BOOL CreateFromTemplate(HINSTANCE module, LPCDLGTEMPLATE layout, HWND owner);
     bool LeavesKeysToOuterDialog() const;
     void RunModalLoop();
 
-    LPCTSTR templateName = nullptr;
+    LPCTSTR templateName = nullptr;  // one of the two, for DoModal
+    LPCDLGTEMPLATE modalTemplate = nullptr;
     CWnd* modalParent = nullptr;
     bool isModal = false;  // inside DoModal, and EndDialog has not been called
     bool isInitialized = false;  // OnInitDialog has returned

@@ -89,6 +89,19 @@ bool PumpOneMessage()
     return thread != nullptr ? thread->PumpMessage() != FALSE : PumpPlainMessage();
 }
 
+// Null: there is none of the name.
+LPCDLGTEMPLATE LoadTemplate(HINSTANCE module, LPCTSTR name)
+{
+    const HRSRC resource = ::FindResourceW(module, name, RT_DIALOG);
+    const HGLOBAL loaded = resource != nullptr ? ::LoadResource(module, resource) : nullptr;
+    return static_cast<LPCDLGTEMPLATE>(::LockResource(loaded));
+}
+
+HWND OwnerOfModeless(const CWnd* parent)
+{
+    return parent != nullptr ? parent->GetSafeHwnd() : MainWindow();
+}
+
 bool IsInput(UINT message)
 {
     return (message >= WM_KEYFIRST && message <= WM_KEYLAST) ||
@@ -112,19 +125,29 @@ BOOL CDialog::Create(UINT nIDTemplate, CWnd* pParentWnd)
 
 BOOL CDialog::Create(LPCTSTR lpszTemplateName, CWnd* pParentWnd)
 {
-    return CreateFromTemplate(lpszTemplateName,
-                              pParentWnd != nullptr ? pParentWnd->GetSafeHwnd() : MainWindow());
+    const HINSTANCE module = ::AfxFindResourceHandle(lpszTemplateName, RT_DIALOG);
+    return CreateFromTemplate(module, LoadTemplate(module, lpszTemplateName),
+                              OwnerOfModeless(pParentWnd));
 }
 
-BOOL CDialog::CreateFromTemplate(LPCTSTR name, HWND owner)
+BOOL CDialog::CreateIndirect(LPCDLGTEMPLATE lpDialogTemplate, CWnd* pParentWnd)
+{
+    return CreateFromTemplate(::AfxGetInstanceHandle(), lpDialogTemplate,
+                              OwnerOfModeless(pParentWnd));
+}
+
+BOOL CDialog::InitModalIndirect(LPCDLGTEMPLATE lpDialogTemplate, CWnd* pParentWnd)
+{
+    ASSERT(templateName == nullptr && lpDialogTemplate != nullptr);
+    modalTemplate = lpDialogTemplate;
+    modalParent = modalParent != nullptr ? modalParent : pParentWnd;
+    return TRUE;
+}
+
+BOOL CDialog::CreateFromTemplate(HINSTANCE module, LPCDLGTEMPLATE layout, HWND owner)
 {
     ASSERT(m_hWnd == nullptr);
     isInitialized = false;
-    const HINSTANCE module = ::AfxFindResourceHandle(name, RT_DIALOG);
-    const HRSRC resource = ::FindResourceW(module, name, RT_DIALOG);
-    const HGLOBAL loaded = resource != nullptr ? ::LoadResource(module, resource) : nullptr;
-    const auto* const layout = static_cast<LPCDLGTEMPLATE>(::LockResource(loaded));
-
     const WindowCreation creation(*this);
     const HWND handle = layout != nullptr && creation.IsReady()
                             ? ::CreateDialogIndirectParamW(module, layout, owner, &LeaveToObject, 0)
@@ -144,12 +167,17 @@ BOOL CDialog::CreateFromTemplate(LPCTSTR name, HWND owner)
 
 INT_PTR CDialog::DoModal()
 {
-    ASSERT(templateName != nullptr);
+    ASSERT(templateName != nullptr || modalTemplate != nullptr);
     const HWND owner = OwnerOfModal(modalParent);
     modalResult = -1;
     isModal = true;
     DisabledOwner disabled(owner);
-    if (CreateFromTemplate(templateName, owner)) {
+    const HINSTANCE module = modalTemplate != nullptr
+                                 ? ::AfxGetInstanceHandle()
+                                 : ::AfxFindResourceHandle(templateName, RT_DIALOG);
+    const LPCDLGTEMPLATE layout =
+        modalTemplate != nullptr ? modalTemplate : LoadTemplate(module, templateName);
+    if (CreateFromTemplate(module, layout, owner)) {
         RunModalLoop();
     }
     isModal = false;
