@@ -4,6 +4,7 @@
 #include "BCGPEdit.h"
 #include "BCGPGlobals.h"
 #include "BCGPInternalScrollBarWrapperWnd.h"
+#include "BCGPListBox.h"
 #include "BCGPRegistry.h"
 #include "BCGPToolBar.h"
 #include "BCGPToolbarButton.h"

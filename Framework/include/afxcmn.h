@@ -25,3 +25,64 @@ class COMMONFRAMEWORK_API CToolTipCtrl : public CWnd
         SendMessage(TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(lpMsg));
     }
 };
+
+// A tree of labels. Items are the control's; an item that is deleted takes its children along.
+class COMMONFRAMEWORK_API CTreeCtrl : public CWnd
+{
+    DECLARE_DYNAMIC(CTreeCtrl)
+
+    virtual BOOL Create(DWORD dwStyle, const RECT& rect, CWnd* pParentWnd, UINT nID);
+    using CWnd::Create;
+
+    // The text is copied. Null: failed.
+    HTREEITEM InsertItem(LPCTSTR lpszItem, HTREEITEM hParent = TVI_ROOT,
+                         HTREEITEM hInsertAfter = TVI_LAST);
+    BOOL DeleteItem(HTREEITEM hItem) { return Send(TVM_DELETEITEM, 0, hItem) != 0; }
+    BOOL DeleteAllItems() { return DeleteItem(TVI_ROOT); }
+    UINT GetCount() const { return static_cast<UINT>(SendMessage(TVM_GETCOUNT)); }
+    // Items that fit into the window as a whole.
+    UINT GetVisibleCount() const { return static_cast<UINT>(SendMessage(TVM_GETVISIBLECOUNT)); }
+
+    // Visible items are those whose parents are all expanded, scrolled to or not. Null: none.
+    HTREEITEM GetNextItem(HTREEITEM hItem, UINT nCode) const
+    {
+        return reinterpret_cast<HTREEITEM>(Send(TVM_GETNEXTITEM, nCode, hItem));
+    }
+    HTREEITEM GetRootItem() const { return GetNextItem(nullptr, TVGN_ROOT); }
+    HTREEITEM GetChildItem(HTREEITEM hItem) const { return GetNextItem(hItem, TVGN_CHILD); }
+    HTREEITEM GetParentItem(HTREEITEM hItem) const { return GetNextItem(hItem, TVGN_PARENT); }
+    HTREEITEM GetNextSiblingItem(HTREEITEM hItem) const { return GetNextItem(hItem, TVGN_NEXT); }
+    HTREEITEM GetPrevSiblingItem(HTREEITEM hItem) const
+    {
+        return GetNextItem(hItem, TVGN_PREVIOUS);
+    }
+    HTREEITEM GetNextVisibleItem(HTREEITEM hItem) const
+    {
+        return GetNextItem(hItem, TVGN_NEXTVISIBLE);
+    }
+    HTREEITEM GetPrevVisibleItem(HTREEITEM hItem) const
+    {
+        return GetNextItem(hItem, TVGN_PREVIOUSVISIBLE);
+    }
+    HTREEITEM GetLastVisibleItem() const { return GetNextItem(nullptr, TVGN_LASTVISIBLE); }
+    HTREEITEM GetSelectedItem() const { return GetNextItem(nullptr, TVGN_CARET); }
+    BOOL ItemHasChildren(HTREEITEM hItem) const { return GetChildItem(hItem) != nullptr; }
+
+    // Null: selects nothing. FALSE: the parent has refused (TVN_SELCHANGING).
+    BOOL SelectItem(HTREEITEM hItem) { return Send(TVM_SELECTITEM, TVGN_CARET, hItem) != 0; }
+    BOOL Expand(HTREEITEM hItem, UINT nCode) { return Send(TVM_EXPAND, nCode, hItem) != 0; }
+    BOOL EnsureVisible(HTREEITEM hItem) { return Send(TVM_ENSUREVISIBLE, 0, hItem) != 0; }
+
+    CString GetItemText(HTREEITEM hItem) const;
+    BOOL SetItemText(HTREEITEM hItem, LPCTSTR lpszItem);
+    DWORD_PTR GetItemData(HTREEITEM hItem) const;
+    BOOL SetItemData(HTREEITEM hItem, DWORD_PTR dwData);
+    UINT GetItemState(HTREEITEM hItem, UINT nStateMask) const;
+    BOOL GetItemRect(HTREEITEM hItem, LPRECT lpRect, BOOL bTextOnly) const;
+
+private:
+    LRESULT Send(UINT message, WPARAM wParam, HTREEITEM item) const
+    {
+        return SendMessage(message, wParam, reinterpret_cast<LPARAM>(item));
+    }
+};

@@ -67,6 +67,7 @@
 #define ON_WM_ERASEBKGND() AFX_WM(WM_ERASEBKGND, AfxSig_EraseBackground, OnEraseBkgnd)
 #define ON_WM_PRINTCLIENT() AFX_WM(WM_PRINTCLIENT, AfxSig_PrintClient, OnPrintClient)
 #define ON_WM_CTLCOLOR() AFX_WM(WM_CTLCOLOR, AfxSig_ControlColor, OnCtlColor)
+#define ON_WM_DRAWITEM() AFX_WM(WM_DRAWITEM, AfxSig_DrawItem, OnDrawItem)
 #define ON_WM_SYSCOLORCHANGE() AFX_WM(WM_SYSCOLORCHANGE, AfxSig_Plain, OnSysColorChange)
 #define ON_WM_SETTINGCHANGE() AFX_WM(WM_SETTINGCHANGE, AfxSig_SettingChange, OnSettingChange)
 
@@ -141,3 +142,6 @@
 #define ON_EN_CHANGE(id, handler) ON_CONTROL(EN_CHANGE, id, handler)
 #define ON_EN_SETFOCUS(id, handler) ON_CONTROL(EN_SETFOCUS, id, handler)
 #define ON_EN_KILLFOCUS(id, handler) ON_CONTROL(EN_KILLFOCUS, id, handler)
+#define ON_LBN_SELCHANGE(id, handler) ON_CONTROL(LBN_SELCHANGE, id, handler)
+#define ON_CBN_SELCHANGE(id, handler) ON_CONTROL(CBN_SELCHANGE, id, handler)
+#define ON_CLBN_CHKCHANGE(id, handler) ON_CONTROL(CLBN_CHKCHANGE, id, handler)

@@ -7,6 +7,7 @@
 #include "afxdlg_.h"
 #include "afxfrm_.h"
 #include "afxgdi_.h"
+#include "afxlist_.h"
 #include "afxmnu_.h"
 #include "afxmsg_.h"
 #include "afxres.h"

@@ -72,7 +72,8 @@ BOOL CWnd::ReflectChildNotify(UINT message, WPARAM wParam, LPARAM lParam, LRESUL
 {
     switch (message) {
     case WM_VSCROLL:
-    case WM_HSCROLL: return OnWndMsg(WM_REFLECT_BASE + message, wParam, lParam, pResult);
+    case WM_HSCROLL:
+    case WM_DRAWITEM: return OnWndMsg(WM_REFLECT_BASE + message, wParam, lParam, pResult);
     case WM_COMMAND:
         return OnCmdMsg(0, MAKELONG(HIWORD(wParam), WM_REFLECT_BASE + WM_COMMAND), nullptr,
                         nullptr);
@@ -95,6 +96,14 @@ HBRUSH CWnd::OnCtlColor(CDC*, CWnd* pWnd, UINT)
         return reinterpret_cast<HBRUSH>(brush);
     }
     return reinterpret_cast<HBRUSH>(Default());
+}
+
+void CWnd::OnDrawItem(int, LPDRAWITEMSTRUCT lpDrawItemStruct)
+{
+    const bool isMenu = lpDrawItemStruct->CtlType == ODT_MENU;
+    if (isMenu || !ReflectLastMsg(lpDrawItemStruct->hwndItem)) {
+        Default();
+    }
 }
 
 void CWnd::OnVScroll(UINT, UINT, CScrollBar* pScrollBar)

@@ -224,6 +224,8 @@ LRESULT CWnd::CallHandler(const AFX_MSGMAP_ENTRY& entry, UINT message, WPARAM wP
                       (static_cast<BOOL>(wParam), PointerOf<NCCALCSIZE_PARAMS>(lParam)));
         AFX_CALL_VOID(AfxSig_WindowPos, (PointerOf<WINDOWPOS>(lParam)));
         AFX_CALL_VOID(AfxSig_SettingChange, (wParam, PointerOf<const TCHAR>(lParam)));
+        AFX_CALL_VOID(AfxSig_DrawItem,
+                      (static_cast<int>(wParam), PointerOf<DRAWITEMSTRUCT>(lParam)));
         AFX_CALL_BRUSH(AfxSig_ControlColor,
                        (DcOf(wParam), WindowOf(lParam), message - WM_CTLCOLORMSGBOX));
         AFX_CALL_BRUSH(AfxSig_ControlColorReflect, (DcOf(wParam), static_cast<UINT>(lParam)));
