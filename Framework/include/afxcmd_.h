@@ -57,7 +57,8 @@ typedef void (AFX_MSG_CALL CCmdTarget::*AFX_PMSG)();
     SIGNATURE(AfxSig_ControlColor, CWnd, HBRUSH, (CDC*, CWnd*, UINT))    \
     SIGNATURE(AfxSig_ControlColorReflect, CWnd, HBRUSH, (CDC*, UINT))    \
     SIGNATURE(AfxSig_PrintClient, CWnd, LRESULT, (CDC*, UINT))           \
-    SIGNATURE(AfxSig_DrawItem, CWnd, void, (int, DRAWITEMSTRUCT*))
+    SIGNATURE(AfxSig_DrawItem, CWnd, void, (int, DRAWITEMSTRUCT*))       \
+    SIGNATURE(AfxSig_MinMaxInfo, CWnd, void, (MINMAXINFO*))
 
 #define AFX_NAME_OF_SIGNATURE(name, owner, result, parameters) name,
 enum AfxSig : UINT_PTR { AfxSig_End, AFX_SIGNATURES(AFX_NAME_OF_SIGNATURE) };

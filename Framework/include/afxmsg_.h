@@ -50,6 +50,7 @@
 #define ON_WM_CLOSE() AFX_WM(WM_CLOSE, AfxSig_Plain, OnClose)
 #define ON_WM_ENDSESSION() AFX_WM(WM_ENDSESSION, AfxSig_Enable, OnEndSession)
 #define ON_WM_SIZE() AFX_WM(WM_SIZE, AfxSig_Size, OnSize)
+#define ON_WM_GETMINMAXINFO() AFX_WM(WM_GETMINMAXINFO, AfxSig_MinMaxInfo, OnGetMinMaxInfo)
 #define ON_WM_MOVE() AFX_WM(WM_MOVE, AfxSig_Move, OnMove)
 #define ON_WM_SHOWWINDOW() AFX_WM(WM_SHOWWINDOW, AfxSig_ShowWindow, OnShowWindow)
 #define ON_WM_ENABLE() AFX_WM(WM_ENABLE, AfxSig_Enable, OnEnable)

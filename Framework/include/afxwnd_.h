@@ -4,9 +4,12 @@
 #include "afxcmd_.h"
 #include "afxgdi_.h"
 
+#include <memory>
+
 class CDataExchange;
 class CFrameWnd;
 class CMenu;
+class CMFCDynamicLayout;
 class CScrollBar;
 struct CCreateContext;
 struct AFX_SIZEPARENTPARAMS;
@@ -21,7 +24,7 @@ class COMMONFRAMEWORK_API CWnd : public CCmdTarget
 {
     DECLARE_DYNCREATE(CWnd)
 
-    CWnd() = default;
+    CWnd();
     ~CWnd() override;  // destroys the window, which derived classes then no longer hear of
 
     static CWnd* PASCAL FromHandle(HWND hWnd);
@@ -152,6 +155,12 @@ class COMMONFRAMEWORK_API CWnd : public CCmdTarget
         return ::SetWindowPlacement(m_hWnd, lpwndpl);
     }
 
+    // TRUE: from now on the children that are added to the layout follow the window's size; an
+    // earlier layout is forgotten. Ends with the window.
+    BOOL EnableDynamicLayout(BOOL bEnable = TRUE);
+    CMFCDynamicLayout* GetDynamicLayout() { return dynamicLayout.get(); }  // null: not enabled
+    virtual void ResizeDynamicLayout();  // after every change of size
+
     enum RepositionFlags { reposDefault = 0, reposQuery = 1 };
     // Lets the children of the id range (WM_SIZEPARENT) take their sides of the client area; the
     // rest goes to the child nIDLeftOver or, for reposQuery, which moves nothing, to lpRectParam.
@@ -230,6 +239,7 @@ protected:
     afx_msg void OnClose() { Default(); }
     afx_msg void OnEndSession(BOOL) { Default(); }
     afx_msg void OnSize(UINT, int, int) { Default(); }
+    afx_msg void OnGetMinMaxInfo(MINMAXINFO* lpMMI);
     afx_msg void OnMove(int, int) { Default(); }
     afx_msg void OnShowWindow(BOOL, UINT) { Default(); }
     afx_msg void OnEnable(BOOL) { Default(); }
@@ -283,6 +293,7 @@ private:
     void RestoreProcedure();
     BOOL AbandonCreation(const WindowCreation& creation);
 
+    std::unique_ptr<CMFCDynamicLayout> dynamicLayout;
     WNDPROC superWindowProc = nullptr;  // null: the system's default one
 };
 

@@ -1,6 +1,7 @@
 #include "FrameworkState.h"
 #include "WindowMap.h"
 #include "WindowProcedure.h"
+#include "afxlayout.h"
 
 #include <utility>
 
@@ -8,11 +9,14 @@ IMPLEMENT_DYNCREATE(CWnd, CCmdTarget)
 
 BEGIN_MESSAGE_MAP(CWnd, CCmdTarget)
     ON_WM_NCDESTROY()
+    ON_WM_GETMINMAXINFO()
     ON_WM_CTLCOLOR()
     ON_WM_DRAWITEM()
     ON_WM_VSCROLL()
     ON_WM_HSCROLL()
 END_MESSAGE_MAP()
+
+CWnd::CWnd() = default;
 
 CWnd::~CWnd()
 {
@@ -103,6 +107,7 @@ void CWnd::OnNcDestroy()
     Default();
     RestoreProcedure();
     superWindowProc = nullptr;  // no message follows
+    dynamicLayout.reset();
     Detach();
     PostNcDestroy();
 }

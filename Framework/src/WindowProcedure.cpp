@@ -87,7 +87,13 @@ LRESULT CALLBACK WindowProcedure::Receive(HWND handle, UINT message, WPARAM wPar
     const MSG current{handle, message, wParam, lParam, 0, {}};
     const HandledMessage handled(current);
     try {
-        return window->WindowProc(message, wParam, lParam);
+        const LRESULT answer = window->WindowProc(message, wParam, lParam);
+        // Whatever the handler of the size does, and whether it calls its base: the children follow.
+        const bool isSized = message == WM_SIZE && wParam != SIZE_MINIMIZED;
+        if (isSized && WindowMap::FindPermanent(handle) == window) {
+            window->ResizeDynamicLayout();
+        }
+        return answer;
     } catch (...) {
         const LRESULT answer = AnswerForCurrentException(current);
         if (message == WM_NCDESTROY && WindowMap::FindPermanent(handle) == window) {
@@ -226,6 +232,7 @@ LRESULT CWnd::CallHandler(const AFX_MSGMAP_ENTRY& entry, UINT message, WPARAM wP
         AFX_CALL_VOID(AfxSig_SettingChange, (wParam, PointerOf<const TCHAR>(lParam)));
         AFX_CALL_VOID(AfxSig_DrawItem,
                       (static_cast<int>(wParam), PointerOf<DRAWITEMSTRUCT>(lParam)));
+        AFX_CALL_VOID(AfxSig_MinMaxInfo, (PointerOf<MINMAXINFO>(lParam)));
         AFX_CALL_BRUSH(AfxSig_ControlColor,
                        (DcOf(wParam), WindowOf(lParam), message - WM_CTLCOLORMSGBOX));
         AFX_CALL_BRUSH(AfxSig_ControlColorReflect, (DcOf(wParam), static_cast<UINT>(lParam)));
