@@ -57,7 +57,10 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
+    friend class CFindReplaceDialog;
+
     BOOL CreateFromTemplate(HINSTANCE module, LPCDLGTEMPLATE layout, HWND owner);
+    BOOL FinishCreation(const WindowCreation& creation, HWND handle);
     bool LeavesKeysToOuterDialog() const;
     void RunModalLoop();
 

@@ -66,3 +66,53 @@ public:
 private:
     CWnd* parent;  // borrowed; null: the main window
 };
+
+// A dialog of the system's own: its buttons mean what the system makes of them.
+class COMMONFRAMEWORK_API CCommonDialog : public CDialog
+{
+    DECLARE_DYNAMIC(CCommonDialog)
+
+protected:
+    explicit CCommonDialog(CWnd* pParentWnd) : CDialog(0U, pParentWnd) {}
+
+    void OnOK() override { Default(); }
+    void OnCancel() override { Default(); }
+};
+
+// The modeless box that asks what to find. Its owner gets the registered message FINDMSGSTRING at
+// every press of Find Next, and once more when the box closes (IsTerminating). Made with new;
+// deletes itself with its window, or after a failed Create.
+class COMMONFRAMEWORK_API CFindReplaceDialog : public CCommonDialog
+{
+    DECLARE_DYNAMIC(CFindReplaceDialog)
+
+    CFindReplaceDialog();
+
+    // Before Create m_fr may be changed: further flags, a hook procedure, a longer buffer for the
+    // text. bFindDialogOnly is TRUE: nothing is replaced here. Without a parent: the main window.
+    virtual BOOL Create(BOOL bFindDialogOnly, LPCTSTR lpszFindWhat,
+                        LPCTSTR lpszReplaceWith = nullptr, DWORD dwFlags = FR_DOWN,
+                        CWnd* pParentWnd = nullptr);
+    using CDialog::Create;
+
+    // The box that the message comes from; lParam is the message's.
+    static CFindReplaceDialog* PASCAL GetNotifier(LPARAM lParam);
+
+    // As of the last message.
+    CString GetFindString() const { return m_fr.lpstrFindWhat; }
+    BOOL SearchDown() const { return HasFlag(FR_DOWN); }
+    BOOL FindNext() const { return HasFlag(FR_FINDNEXT); }
+    BOOL MatchCase() const { return HasFlag(FR_MATCHCASE); }
+    BOOL MatchWholeWord() const { return HasFlag(FR_WHOLEWORD); }
+    BOOL IsTerminating() const { return HasFlag(FR_DIALOGTERM); }
+
+    FINDREPLACE m_fr{};
+
+protected:
+    void PostNcDestroy() override { delete this; }
+
+    TCHAR m_szFindWhat[128] = {};
+
+private:
+    BOOL HasFlag(DWORD flag) const { return (m_fr.Flags & flag) != 0; }
+};

@@ -152,6 +152,11 @@ BOOL CDialog::CreateFromTemplate(HINSTANCE module, LPCDLGTEMPLATE layout, HWND o
     const HWND handle = layout != nullptr && creation.IsReady()
                             ? ::CreateDialogIndirectParamW(module, layout, owner, &LeaveToObject, 0)
                             : nullptr;
+    return FinishCreation(creation, handle);
+}
+
+BOOL CDialog::FinishCreation(const WindowCreation& creation, HWND handle)
+{
     if (handle == nullptr) {
         return AbandonCreation(creation);
     }
