@@ -1,0 +1,269 @@
+// The property tree under real keys and clicks, inside DoModal.
+#include "PropertyTreePages.h"
+#include "TreeKit.h"
+
+#include <YProfileWindowPlacement.h>
+#include <dialogs/YPropertyPageStateMap.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+class PropertyTreeTest : public testing::Test
+{
+protected:
+    PropertyTreeTest()
+    {
+        first.AddPage(&child);
+        child.AddPage(&grandchild);
+    }
+
+    // One opening; a new dialog each.
+    INT_PTR Run(const std::function<void(TestTree&)>& script, unsigned style = 0)
+    {
+        TestTree dialog(L"Options", style, &map, placement, nullptr);
+        for (TestPage* const page : {&first, &fields, &last}) {
+            dialog.AddPage(page);
+        }
+        dialog.SetNewSession(newSession);
+        dialog.script = [&] { script(dialog); };
+        return dialog.DoModal();
+    }
+
+    YPropertyPageStateMap map;
+    YProfileWindowPlacement* placement = nullptr;
+    bool newSession = false;
+    TestPage first{L"First\nThe first page"};
+    TestPage child{L"Same\nA child"};
+    TestPage grandchild{L"Deep"};
+    TestPage fields{L"Fields\nSome fields", IDD_FIELDS};
+    TestPage last{L"Last"};
+    TestPage other{L"Same"};
+    TestPage added{L"Added"};
+};
+
+TEST_F(PropertyTreeTest, ShowsTheFirstPageWithItsHeaderAndFollowsClicks)
+{
+    EXPECT_EQ(Run([&](TestTree& dialog) {
+                  EXPECT_EQ(GetTextOf(dialog), L"Options");
+                  EXPECT_EQ(dialog.GetCurrentPage(), &first);
+                  EXPECT_EQ(first.TakeLog(), L"set show ");
+                  EXPECT_EQ(dialog.HeaderText(), L"  The first page");
+                  EXPECT_EQ(::GetFocus(), dialog.Tree().GetSafeHwnd());
+                  CTreeCtrl& tree = dialog.Tree();
+                  dialog.ClickItem(
+                      tree.GetNextSiblingItem(tree.GetNextSiblingItem(tree.GetRootItem())));
+                  EXPECT_EQ(dialog.GetCurrentPage(), &last);
+                  EXPECT_EQ(dialog.HeaderText(), L"  Last") << "the whole text";
+                  EXPECT_EQ(first.TakeLog(), L"kill ");
+                  EXPECT_FALSE(first.IsWindowVisible());
+                  EXPECT_TRUE(last.IsWindowVisible());
+                  CRect page;
+                  CRect frame;
+                  last.GetWindowRect(&page);
+                  ::GetWindowRect(::GetDlgItem(dialog, PROPERTY_TREE_PAGE), &frame);
+                  EXPECT_EQ(page, frame);
+              }),
+              IDCANCEL);
+    EXPECT_EQ(first.m_hWnd, nullptr);
+}
+
+TEST_F(PropertyTreeTest, APageThatRefusesCannotBeLeft)
+{
+    Run([&](TestTree& dialog) {
+        CTreeCtrl& tree = dialog.Tree();
+        const HTREEITEM fieldsItem = tree.GetNextSiblingItem(tree.GetRootItem());
+        dialog.ClickItem(fieldsItem);
+        fields.refuses = true;
+        const HWND number = ::GetDlgItem(fields, IDC_NUMBER);
+        ::SetFocus(number);
+        dialog.ClickItem(tree.GetRootItem());
+        PumpMessages();
+        EXPECT_EQ(dialog.GetCurrentPage(), &fields);
+        EXPECT_EQ(tree.GetSelectedItem(), fieldsItem);
+        EXPECT_EQ(::GetFocus(), number) << "where it was before the click";
+        first.TakeLog();
+        TypeChord({VK_CONTROL, VK_TAB});
+        EXPECT_EQ(dialog.GetCurrentPage(), &fields);
+        EXPECT_EQ(last.TakeLog(), L"set ") << "asked all the same";
+        TypeKey(VK_RETURN);
+        EXPECT_TRUE(dialog.IsWindowVisible());
+        fields.refuses = false;
+        fields.TakeLog();
+        TypeKey(VK_RETURN);
+        EXPECT_EQ(fields.TakeLog(), L"kill ") << "only the current page decides";
+    });
+}
+
+TEST_F(PropertyTreeTest, OkEndsWithTheCurrentPagesConsent)
+{
+    EXPECT_EQ(Run([&](TestTree& dialog) { dialog.SendMessage(WM_COMMAND, IDOK); }), IDOK);
+}
+
+// From the tree and from every control of a page; closed branches are passed over.
+TEST_F(PropertyTreeTest, ControlTabGoesRoundTheVisiblePages)
+{
+    Run([&](TestTree& dialog) {
+        std::wstring path;
+        const auto go = [&](std::initializer_list<WORD> keys) {
+            TypeChord(keys);
+            path += dialog.SelectedLabel() + L" ";
+        };
+        go({VK_CONTROL, VK_TAB});
+        for (const int control : {IDC_NUMBER, IDC_LIST, IDC_COMBO}) {
+            ::SetFocus(::GetDlgItem(fields, control));
+            go({VK_CONTROL, VK_NEXT});
+            go({VK_CONTROL, VK_PRIOR});
+        }
+        go({VK_CONTROL, VK_TAB});
+        go({VK_CONTROL, VK_TAB});
+        go({VK_CONTROL, VK_SHIFT, VK_TAB});
+        EXPECT_EQ(path, L"Fields Last Fields Last Fields Last Fields Last First Last ");
+        dialog.Tree().Expand(dialog.Tree().GetRootItem(), TVE_EXPAND);
+        path.clear();
+        go({VK_CONTROL, VK_TAB});
+        go({VK_CONTROL, VK_TAB});
+        EXPECT_EQ(path, L"First Same ");
+    });
+}
+
+// Tree, the page's controls, the buttons, and round again; back the same way. A page without a stop
+// is passed over.
+TEST_F(PropertyTreeTest, TabGoesThroughThePageInBothDirections)
+{
+    Run([&](TestTree&) {
+        const auto walk = [&](std::initializer_list<WORD> keys) {
+            std::vector<int> ids;
+            do {
+                TypeChord(keys);
+                const int id = ::GetDlgCtrlID(::GetFocus());
+                // A combo box's focus is in its edit.
+                ids.push_back(id == 1001 && ::GetParent(::GetFocus()) != fields.m_hWnd ? IDC_COMBO
+                                                                                       : id);
+            } while (ids.back() != PROPERTY_TREE_TREE && ids.size() < 20);
+            return ids;
+        };
+        EXPECT_EQ(walk({VK_TAB}), (std::vector<int>{IDOK, IDCANCEL, PROPERTY_TREE_TREE}));
+        TypeChord({VK_CONTROL, VK_TAB});
+        EXPECT_EQ(walk({VK_TAB}), (std::vector<int>{IDC_NUMBER, IDC_LIST, IDC_COMBO, IDOK, IDCANCEL,
+                                                    PROPERTY_TREE_TREE}));
+        EXPECT_EQ(walk({VK_SHIFT, VK_TAB}), (std::vector<int>{IDCANCEL, IDOK, IDC_COMBO, IDC_LIST,
+                                                              IDC_NUMBER, PROPERTY_TREE_TREE}));
+    });
+}
+
+TEST_F(PropertyTreeTest, ComesBackAsItWasLeftUnlessTheSessionIsNew)
+{
+    last.AddPage(&other);
+    Run([&](TestTree& dialog) {
+        CTreeCtrl& tree = dialog.Tree();
+        tree.Expand(tree.GetRootItem(), TVE_EXPAND);
+        dialog.ClickItem(tree.GetChildItem(tree.GetRootItem()));
+        EXPECT_EQ(dialog.GetCurrentPage(), &child);
+    });
+    EXPECT_EQ(map[YUnicodeString(L"First")], (YPropertyPageState{true, false}));
+    EXPECT_EQ(map[YUnicodeString(L"First~Same")], (YPropertyPageState{false, true}));
+    EXPECT_EQ(map[YUnicodeString(L"Last~Same")], YPropertyPageState{}) << "another one";
+    Run([&](TestTree& dialog) {
+        EXPECT_EQ(dialog.GetCurrentPage(), &child);
+        EXPECT_TRUE(dialog.Tree().GetItemState(dialog.Tree().GetRootItem(), TVIS_EXPANDED));
+        dialog.CollapsePage(&first);
+    });
+    EXPECT_FALSE(map[YUnicodeString(L"First")].expanded);
+    newSession = true;
+    Run([&](TestTree& dialog) { EXPECT_EQ(dialog.GetCurrentPage(), &first); });
+
+    // A page that is gone keeps its entry.
+    first.RemovePage(&child);
+    Run([](TestTree&) {});
+    EXPECT_NE(map.FindEntry(YUnicodeString(L"First~Same")), nullptr);
+}
+
+TEST_F(PropertyTreeTest, PagesComeAndGoWhileItIsOpen)
+{
+    Run([&](TestTree& dialog) {
+        CTreeCtrl& tree = dialog.Tree();
+        dialog.AddPage(&other);
+        EXPECT_EQ(tree.GetCount(), 6u);
+        other.AddPage(&added);
+        EXPECT_EQ(tree.GetCount(), 7u);
+        dialog.ClickItem(tree.GetNextSiblingItem(tree.GetRootItem()));
+        ::SetFocus(::GetDlgItem(fields, IDC_NUMBER));
+        fields.refuses = true;
+        dialog.HidePage(&fields);  // with the focus in it, and without asking
+        EXPECT_EQ(dialog.GetCurrentPage(), &first);
+        EXPECT_EQ(::GetFocus(), tree.GetSafeHwnd());
+        EXPECT_EQ(tree.GetCount(), 6u);
+        dialog.ShowPage(&fields);
+        EXPECT_EQ(tree.GetItemText(tree.GetNextSiblingItem(tree.GetRootItem())), L"Fields")
+            << "in its place";
+        EXPECT_EQ(dialog.GetCurrentPage(), &first);
+        dialog.HidePage(&first);  // the root, with two below it
+        EXPECT_EQ(dialog.GetCurrentPage(), &fields);
+        EXPECT_EQ(tree.GetCount(), 4u);
+        dialog.ShowPage(&first);
+        EXPECT_EQ(tree.GetCount(), 6u + 1u);
+        dialog.RemovePage(&added);
+        EXPECT_EQ(added.m_hWnd, nullptr);
+        for (TestPage* const page : {&first, &last, &other, &fields}) {
+            dialog.RemovePage(page);
+        }
+        EXPECT_EQ(tree.GetCount(), 0u);
+        EXPECT_EQ(dialog.GetCurrentPage(), nullptr);
+        dialog.SendMessage(WM_COMMAND, IDOK);  // nothing happens
+        EXPECT_TRUE(dialog.IsWindowVisible());
+    });
+}
+
+TEST_F(PropertyTreeTest, SizeAndPlaceAreRememberedAndThePageFollows)
+{
+    YProfileWindowPlacement remembered(L"Options");
+    placement = &remembered;
+    CRect left;
+    CRect small;
+    Run([&](TestTree& dialog) {
+        dialog.GetWindowRect(&small);
+        dialog.MoveWindow(60, 70, small.Width() + 120, small.Height() + 80);
+        PumpMessages();
+        dialog.GetWindowRect(&left);
+        CRect page;
+        CRect frame;
+        first.GetWindowRect(&page);
+        ::GetWindowRect(::GetDlgItem(dialog, PROPERTY_TREE_PAGE), &frame);
+        EXPECT_EQ(page, frame);
+        dialog.MoveWindow(60, 70, 10, 10);
+        CRect least;
+        dialog.GetWindowRect(&least);
+        EXPECT_EQ(least.Size(), small.Size());
+        dialog.MoveWindow(&left);
+    });
+    Run([&](TestTree& dialog) {
+        CRect now;
+        dialog.GetWindowRect(&now);
+        EXPECT_EQ(now.Size(), left.Size());
+    });
+}
+
+TEST_F(PropertyTreeTest, AChangeEnablesApplyWhereThereIsOne)
+{
+    Run([](TestTree& dialog) { EXPECT_EQ(dialog.GetApplyButton(), nullptr); });
+    for (const unsigned style : {1u, 2u}) {
+        Run(
+            [&](TestTree& dialog) {
+                ASSERT_NE(dialog.GetApplyButton(), nullptr);
+                EXPECT_FALSE(dialog.GetApplyButton()->IsWindowEnabled());
+                first.OnChange();
+                EXPECT_TRUE(dialog.GetApplyButton()->IsWindowEnabled());
+                dialog.SendMessage(WM_COMMAND, PROPERTY_TREE_APPLY);
+                EXPECT_EQ(dialog.applied, 1u);
+                dialog.DisableOkButton();
+                EXPECT_FALSE(dialog.GetDlgItem(IDOK)->IsWindowEnabled());
+            },
+            style);
+    }
+    Run([](TestTree& dialog) { EXPECT_EQ(dialog.GetApplyButton(), nullptr); }, 3);
+}
+
+}  // namespace
