@@ -9,6 +9,7 @@
 #include <dialogs/YPropertyTreeDialog.h>
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <functional>
 #include <string>
 #include <utility>
@@ -32,8 +33,8 @@ public:
     std::wstring HeaderText() { return GetTextOf(::GetDlgItem(*this, PROPERTY_TREE_HEADER)); }
     void ClickItem(HTREEITEM item)
     {
-        CRect place;
-        *reinterpret_cast<HTREEITEM*>(&place) = item;
+        RECT place{};
+        std::memcpy(&place, &item, sizeof item);
         Tree().SendMessage(TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&place));
         ClickLeft(Tree(), {place.left + 3, place.top + 3});
     }
