@@ -5,7 +5,9 @@
 
 YPropertyPageStateMap::YPropertyPageStateMap() = default;
 
-YPropertyPageStateMap::YPropertyPageStateMap(const YPropertyPageStateMap& other) : Base()
+// The pointers are not copied: each map has states of its own.
+YPropertyPageStateMap::YPropertyPageStateMap(const YPropertyPageStateMap& other)
+    : YPropertyPageStateMap()
 {
     for (unsigned i = 0; i < other.GetCount(); ++i) {
         const YUnicodeString& name = other.GetKey(i);
