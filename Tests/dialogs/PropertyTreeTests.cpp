@@ -46,27 +46,26 @@ protected:
 
 TEST_F(PropertyTreeTest, ShowsTheFirstPageWithItsHeaderAndFollowsClicks)
 {
-    EXPECT_EQ(Run([&](TestTree& dialog) {
-                  EXPECT_EQ(GetTextOf(dialog), L"Options");
-                  EXPECT_EQ(dialog.GetCurrentPage(), &first);
-                  EXPECT_EQ(first.TakeLog(), L"set show ");
-                  EXPECT_EQ(dialog.HeaderText(), L"  The first page");
-                  EXPECT_EQ(::GetFocus(), dialog.Tree().GetSafeHwnd());
-                  CTreeCtrl& tree = dialog.Tree();
-                  dialog.ClickItem(
-                      tree.GetNextSiblingItem(tree.GetNextSiblingItem(tree.GetRootItem())));
-                  EXPECT_EQ(dialog.GetCurrentPage(), &last);
-                  EXPECT_EQ(dialog.HeaderText(), L"  Last") << "the whole text";
-                  EXPECT_EQ(first.TakeLog(), L"kill ");
-                  EXPECT_FALSE(first.IsWindowVisible());
-                  EXPECT_TRUE(last.IsWindowVisible());
-                  CRect page;
-                  CRect frame;
-                  last.GetWindowRect(&page);
-                  ::GetWindowRect(::GetDlgItem(dialog, PROPERTY_TREE_PAGE), &frame);
-                  EXPECT_EQ(page, frame);
-              }),
-              IDCANCEL);
+    const INT_PTR result = Run([&](TestTree& dialog) {
+        EXPECT_EQ(GetTextOf(dialog), L"Options");
+        EXPECT_EQ(first.TakeLog(), L"set show ");
+        EXPECT_EQ(dialog.GetCurrentPage(), &first);
+        EXPECT_EQ(dialog.HeaderText(), L"  The first page");
+        EXPECT_EQ(::GetFocus(), dialog.Tree().GetSafeHwnd());
+        CTreeCtrl& tree = dialog.Tree();
+        dialog.ClickItem(tree.GetNextSiblingItem(tree.GetNextSiblingItem(tree.GetRootItem())));
+        EXPECT_EQ(first.TakeLog(), L"kill ");
+        EXPECT_EQ(dialog.HeaderText(), L"  Last") << "the whole text";
+        EXPECT_EQ(dialog.GetCurrentPage(), &last);
+        EXPECT_FALSE(first.IsWindowVisible());
+        EXPECT_TRUE(last.IsWindowVisible());
+        CRect page;
+        CRect frame;
+        last.GetWindowRect(&page);
+        ::GetWindowRect(::GetDlgItem(dialog, PROPERTY_TREE_PAGE), &frame);
+        EXPECT_EQ(page, frame);
+    });
+    EXPECT_EQ(result, IDCANCEL);
     EXPECT_EQ(first.m_hWnd, nullptr);
 }
 

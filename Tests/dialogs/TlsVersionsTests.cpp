@@ -81,19 +81,19 @@ TEST_F(TlsVersionsTest, ShowsAndWritesTheVersionsAndLeavesOtherBits)
 {
     constexpr DWORD others = 0x3;
     value.SetMask(others | YProfileTlsVersions::version11 | YProfileTlsVersions::version12);
-    EXPECT_EQ(Run([&](TestTree& dialog) {
-                  EXPECT_EQ(Checked(), L"-xx-");
-                  CRect plugin;
-                  CRect place;
-                  list->GetParent()->GetWindowRect(&plugin);
-                  ::GetWindowRect(::GetDlgItem(*dialog.GetCurrentPage(), IDC_LIST), &place);
-                  EXPECT_EQ(plugin, place);
-                  Toggle(1);
-                  Toggle(3);
-                  EXPECT_EQ(Checked(), L"--xx");
-                  dialog.SendMessage(WM_COMMAND, IDOK);
-              }),
-              IDOK);
+    const INT_PTR result = Run([&](TestTree& dialog) {
+        EXPECT_EQ(Checked(), L"-xx-");
+        CRect plugin;
+        CRect place;
+        list->GetParent()->GetWindowRect(&plugin);
+        ::GetWindowRect(::GetDlgItem(*dialog.GetCurrentPage(), IDC_LIST), &place);
+        EXPECT_EQ(plugin, place);
+        Toggle(1);
+        Toggle(3);
+        EXPECT_EQ(Checked(), L"--xx");
+        dialog.SendMessage(WM_COMMAND, IDOK);
+    });
+    EXPECT_EQ(result, IDOK);
     EXPECT_EQ(value.GetMask(),
               others | YProfileTlsVersions::version12 | YProfileTlsVersions::version13);
     EXPECT_EQ(value.Get(), L"1.0=0,1.1=0,1.2=1,1.3=1");
@@ -104,29 +104,29 @@ TEST_F(TlsVersionsTest, NothingCheckedIsRefusedUntilSomethingIs)
 {
     value.SetMask(YProfileTlsVersions::version12);
     const ImportHook box(L"CommonFramework.dll", "user32.dll", "MessageBoxW", &RecordBox);
-    EXPECT_EQ(Run([&](TestTree& dialog) {
-                  YPropertyTreePage* const page = dialog.GetCurrentPage();
-                  Toggle(2);
-                  const std::function<void()> ways[] = {
-                      [&] {
-                          TypeChord({VK_CONTROL, VK_TAB});
-                      },
-                      [&] { dialog.SendMessage(WM_COMMAND, IDOK); },
-                  };
-                  for (const auto& way : ways) {
-                      shownText.clear();
-                      way();
-                      PumpMessages();
-                      EXPECT_NE(shownText.find(L"At least one TLS version"), std::wstring::npos);
-                      EXPECT_EQ(shownStyle & MB_ICONMASK, UINT{MB_ICONEXCLAMATION});
-                      EXPECT_EQ(dialog.GetCurrentPage(), page);
-                      EXPECT_EQ(::GetFocus(), list->GetSafeHwnd());
-                      EXPECT_TRUE(dialog.IsWindowVisible());
-                  }
-                  Toggle(3);
-                  dialog.SendMessage(WM_COMMAND, IDOK);
-              }),
-              IDOK);
+    const INT_PTR result = Run([&](TestTree& dialog) {
+        YPropertyTreePage* const page = dialog.GetCurrentPage();
+        Toggle(2);
+        const std::function<void()> ways[] = {
+            [&] {
+                TypeChord({VK_CONTROL, VK_TAB});
+            },
+            [&] { dialog.SendMessage(WM_COMMAND, IDOK); },
+        };
+        for (const auto& way : ways) {
+            shownText.clear();
+            way();
+            PumpMessages();
+            EXPECT_NE(shownText.find(L"At least one TLS version"), std::wstring::npos);
+            EXPECT_EQ(shownStyle & MB_ICONMASK, UINT{MB_ICONEXCLAMATION});
+            EXPECT_EQ(dialog.GetCurrentPage(), page);
+            EXPECT_EQ(::GetFocus(), list->GetSafeHwnd());
+            EXPECT_TRUE(dialog.IsWindowVisible());
+        }
+        Toggle(3);
+        dialog.SendMessage(WM_COMMAND, IDOK);
+    });
+    EXPECT_EQ(result, IDOK);
     EXPECT_EQ(value.GetMask(), DWORD{YProfileTlsVersions::version13});
 }
 

@@ -34,7 +34,7 @@ public:
     void ClickItem(HTREEITEM item)
     {
         RECT place{};
-        std::memcpy(&place, &item, sizeof item);
+        std::memcpy(&place, &item, sizeof(void*));
         Tree().SendMessage(TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&place));
         ClickLeft(Tree(), {place.left + 3, place.top + 3});
     }
