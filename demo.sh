@@ -93,7 +93,7 @@ talk() {
 search_and_complete() {
     local word folder=${file%/*}/
     word=$(head -n 2000 "$file" | grep -aoE '[[:alpha:]]{5,}' | tail -1 || true)
-    xdotool windowactivate --sync "$1" key ctrl+f
+    xdotool windowactivate --sync "$1" key ctrl+e
     xdotool type --delay 40 "$word"
     sleep 0.5
     xdotool key ctrl+l

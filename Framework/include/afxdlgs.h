@@ -67,6 +67,26 @@ private:
     CWnd* parent;  // borrowed; null: the main window
 };
 
+// Choose a colour. The user's own colours are kept until the program ends.
+class COMMONFRAMEWORK_API CColorDialog
+{
+public:
+    explicit CColorDialog(COLORREF clrInit = 0, DWORD dwFlags = 0, CWnd* pParentWnd = nullptr);
+    virtual ~CColorDialog() = default;
+    CColorDialog(const CColorDialog&) = delete;
+    CColorDialog& operator=(const CColorDialog&) = delete;
+
+    virtual INT_PTR DoModal();  // IDOK or IDCANCEL
+
+    COLORREF GetColor() const { return m_cc.rgbResult; }
+    static COLORREF* PASCAL GetSavedCustomColors();  // 16
+
+    CHOOSECOLOR m_cc{};
+
+private:
+    CWnd* parent;  // borrowed; null: the main window
+};
+
 // A dialog of the system's own: its buttons mean what the system makes of them.
 class COMMONFRAMEWORK_API CCommonDialog : public CDialog
 {

@@ -1,6 +1,7 @@
 #include "afxdlgs.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 namespace {
@@ -92,4 +93,28 @@ INT_PTR CFontDialog::DoModal()
 {
     m_cf.hwndOwner = OwnerOf(parent);
     return ::ChooseFontW(&m_cf) ? IDOK : IDCANCEL;
+}
+
+CColorDialog::CColorDialog(COLORREF clrInit, DWORD dwFlags, CWnd* pParentWnd) : parent(pParentWnd)
+{
+    m_cc.lStructSize = sizeof(m_cc);
+    m_cc.rgbResult = clrInit;
+    m_cc.Flags = dwFlags | (clrInit != 0 ? CC_RGBINIT : 0);
+    m_cc.lpCustColors = GetSavedCustomColors();
+}
+
+INT_PTR CColorDialog::DoModal()
+{
+    m_cc.hwndOwner = OwnerOf(parent);
+    return ::ChooseColorW(&m_cc) ? IDOK : IDCANCEL;
+}
+
+COLORREF* PASCAL CColorDialog::GetSavedCustomColors()
+{
+    static std::array<COLORREF, 16> colors = [] {
+        std::array<COLORREF, 16> white{};
+        white.fill(RGB(255, 255, 255));
+        return white;
+    }();
+    return colors.data();
 }

@@ -32,6 +32,16 @@ std::string ToUtf8(const std::wstring& text)
     return bytes;
 }
 
+const char* GetBytes(LineEnd end)
+{
+    switch (end) {
+    case LineEnd::Lf: return "\n";
+    case LineEnd::Cr: return "\r";
+    case LineEnd::CrLf: break;
+    }
+    return "\r\n";
+}
+
 YUnknownPointer<YBasicBuffer> MakeBuffer(const std::string& bytes)
 {
     const auto size = static_cast<unsigned>(bytes.size());
@@ -117,9 +127,11 @@ bool Connection::Send(const std::wstring& line)
         return false;
     }
     const YUnknownPointer<Connection> self(this);
-    const std::string bytes = ToUtf8(line) + "\r\n";
+    const std::string bytes = ToUtf8(line) + GetBytes(lineEnd);
     const YUnknownPointer<YBasicBuffer> buffer = MakeBuffer(bytes);
-    ShowSent(bytes);
+    if (showsSent) {
+        ShowSent(bytes);
+    }
     if (socket) {
         ++pendingWrites;
         socket->Write(nullptr, buffer.Get());

@@ -1,6 +1,7 @@
 // Connection.h: a conversation in lines with another machine, without a window.
 #pragma once
 
+#include "ConsoleChoices.h"
 #include "LineBatch.h"
 #include "LineDecoder.h"
 #include "Peer.h"
@@ -67,6 +68,8 @@ public:
     void Disconnect();
     // A line without its end. False: not connected.
     bool Send(const std::wstring& line);
+    void SetLineEnd(LineEnd end) { lineEnd = end; }  // of what is sent from now on
+    void SetShowingSent(bool on) { showsSent = on; }
 
     ConnectionState GetState() const { return state; }
     bool IsOpen() const { return socket != nullptr; }  // or opening, or closing
@@ -101,6 +104,8 @@ private:
     ConnectionObserver* observer;  // null: abandoned
     ConnectionState state = ConnectionState::Idle;
     Peer peer;
+    LineEnd lineEnd = LineEnd::CrLf;
+    bool showsSent = true;
     YReportMessageParams error;
     YUnknownPointer<YIoSocket> socket;  // null: none is open
     unsigned pendingWrites = 0;

@@ -72,7 +72,7 @@ ConnectionFrame* ConnectionFrame::Open(ConsoleSettings& settings, const Peer& pe
     if (!frame->LoadFrame(IDR_CONNECTION)) {
         return nullptr;
     }
-    frame->ApplyLook(false);
+    frame->ApplyLook(settings.GetChoices().outlines);
     frame->ShowInputFont();
     frame->view->SetLineLimit(settings.GetLineLimit());
     frame->InitialUpdateFrame(nullptr, FALSE);
@@ -181,7 +181,49 @@ void ConnectionFrame::Connect(const Peer& peer)
     GetSettings().SetPeer(peer);
     SetWindowText((ToText(peer) + L" - Console").c_str());
     ShowAddress(ToText(peer));
+    ApplyToConnection();
     connection->Connect(peer);
+    StartLog();
+}
+
+void ConnectionFrame::ApplyToConnection()
+{
+    const ConsoleChoices& choices = GetSettings().GetChoices();
+    connection->SetLineEnd(static_cast<LineEnd>(choices.lineEnd));
+    connection->SetShowingSent(choices.showsSent);
+}
+
+// Where every connection is to be logged. What cannot be written is told among the lines.
+void ConnectionFrame::StartLog()
+{
+    const ConsoleChoices& choices = GetSettings().GetChoices();
+    SessionLog& log = connection->GetLog();
+    YReportMessageParams error;
+    if (choices.logs && connection->IsOpen() && !log.IsRunning() &&
+        !log.Start(MakeLogPath(choices.logFolder, connection->GetPeer()), error)) {
+        ShowNotice(error.GetTrimmedTextSingleLine());
+    }
+    UpdatePanes();
+}
+
+void ConnectionFrame::ApplyChoices(const ConsoleChoices& before)
+{
+    const ConsoleChoices& now = GetSettings().GetChoices();
+    ConsoleFrame::ApplyChoices(before);
+    if (now.font != before.font) {
+        ShowInputFont();
+    }
+    try {
+        if (now.lineLimit != before.lineLimit) {
+            view->SetLineLimit(GetSettings().GetLineLimit());
+        }
+    } catch (const std::bad_alloc&) {
+        ShowError(this, ERROR_NOT_ENOUGH_MEMORY);
+    }
+    ApplyToConnection();
+    if (now.logs && !before.logs) {
+        StartLog();
+    }
 }
 
 void ConnectionFrame::OnLines(const LineBatch& lines, bool endsUnfinished)

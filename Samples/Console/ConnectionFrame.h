@@ -21,6 +21,7 @@ public:
 
     ConsoleView& GetView() const override { return *view; }
     void OpenFile(const std::wstring& path) override;
+    void ApplyChoices(const ConsoleChoices& before) override;
     const Connection& GetConnection() const { return *connection; }
     void RecalcLayout(BOOL notify = TRUE) override;
     // The state, where the prompts of commands are shown while there is none.
@@ -58,6 +59,8 @@ private:
     void OnLogStop(const YReportMessageParams& error) override;
 
     void Connect(const Peer& peer);
+    void ApplyToConnection();
+    void StartLog();
     bool IsTyping() const;
     void ShowInputFont();
     int GetInputHeight() const;

@@ -6,6 +6,7 @@
 #include "ConsoleSettings.h"
 #include "ConsoleText.h"
 #include "ConsoleView.h"
+#include "OptionsDialog.h"
 #include "resource.h"
 
 #include <YMessageBox.h>
@@ -62,7 +63,11 @@ BEGIN_MESSAGE_MAP(ConsoleFrame, CFrameWnd)
     ON_EN_CHANGE(ID_SEARCH, &ConsoleFrame::OnSearchChange)
     ON_COMMAND(ID_SEARCH, &ConsoleFrame::OnSearch)
     ON_COMMAND(ID_SEARCH_PREVIOUS, &ConsoleFrame::OnSearchPrevious)
-    ON_COMMAND(ID_SEARCH_DONE, &ConsoleFrame::OnSearchDone)
+    ON_COMMAND(ID_SEARCH_PROGRESS, &ConsoleFrame::OnSearchProgress)
+    ON_COMMAND(ID_SEARCH_TELL_END, &ConsoleFrame::OnSearchTellEnd)
+    ON_COMMAND(ID_EDIT_FIND, &ConsoleFrame::OnEditFind)
+    ON_COMMAND(ID_OPTIONS, &ConsoleFrame::OnOptions)
+    ON_COMMAND(ID_FILE_CANCEL, &ConsoleFrame::OnCancel)
     ON_COMMAND(ID_BAR_LEAVE, &ConsoleFrame::OnBarLeave)
     ON_COMMAND(ID_VIEW_ADDRESS, &ConsoleFrame::OnViewAddress)
     ON_COMMAND(ID_VIEW_SEARCH, &ConsoleFrame::OnViewSearch)
@@ -74,6 +79,7 @@ BEGIN_MESSAGE_MAP(ConsoleFrame, CFrameWnd)
     ON_COMMAND(ID_VIEW_START, &ConsoleFrame::OnViewStart)
     ON_COMMAND(ID_VIEW_END, &ConsoleFrame::OnViewEnd)
     ON_COMMAND(ID_APP_ABOUT, &ConsoleFrame::OnAbout)
+    ON_UPDATE_COMMAND_UI(ID_FILE_CANCEL, &ConsoleFrame::OnUpdateCancel)
     ON_UPDATE_COMMAND_UI(ID_EDIT_COPY, &ConsoleFrame::OnUpdateCopy)
     ON_UPDATE_COMMAND_UI(ID_EDIT_SELECT_ALL, &ConsoleFrame::OnUpdateHasLines)
     ON_UPDATE_COMMAND_UI(ID_EDIT_CLEAR_ALL, &ConsoleFrame::OnUpdateHasLines)
@@ -93,6 +99,30 @@ void ConsoleFrame::ApplyLook(bool outlined)
         GetView().ChangeFont(font);
     }
     GetView().ChangeSelectionStyle(GetStyle());
+    GetView().ChangeColors(GetShownColors(settings.GetChoices()));
+}
+
+void ConsoleFrame::ApplyChoices(const ConsoleChoices& before)
+{
+    const ConsoleChoices& now = settings.GetChoices();
+    if (now.font != before.font) {
+        LOGFONT font{};
+        GetView().ChangeFont(settings.GetFont(font) ? font : ConsoleView::GetUsualFont());
+    }
+    if (now.outlines != before.outlines) {
+        outline = now.outlines;
+        GetView().ChangeSelectionStyle(GetStyle());
+    }
+    GetView().ChangeColors(GetShownColors(now));
+}
+
+void ChangeChoices(ConsoleSettings& settings, const ConsoleChoices& next)
+{
+    const ConsoleChoices before = settings.GetChoices();
+    settings.SetChoices(next);
+    for (ConsoleFrame* const frame : FindConsoleFrames()) {
+        frame->ApplyChoices(before);
+    }
 }
 
 SelectionDrawStyle ConsoleFrame::GetStyle() const
@@ -210,37 +240,48 @@ void ConsoleFrame::OnSearchChange()
 {
     if (bar.GetSearchText() != searched) {
         searched = bar.GetSearchText();
-        Search(false, false);
+        finder.SearchFor(searched, false, false);
     }
 }
 
 void ConsoleFrame::OnSearch()
 {
-    Search(false, true);
+    Search(false);
 }
 
 void ConsoleFrame::OnSearchPrevious()
 {
-    Search(true, true);
+    Search(true);
 }
 
-void ConsoleFrame::Search(bool backwards, bool onward)
+// Who is in the bar means its text, whatever was looked for elsewhere.
+void ConsoleFrame::Search(bool backwards)
 {
-    SearchQuery query;
-    query.text = bar.GetSearchText();
-    query.isBackwards = backwards;
-    ShowMessage(nullptr);
-    GetView().Find(query, onward);
-}
-
-void ConsoleFrame::OnSearchDone()
-{
-    const LineSearch& search = GetView().GetSearch();
-    if (search.GetState() == LineSearch::State::NotFound) {
-        ShowMessage(FormatText(IDS_SEARCH_NOT_FOUND, search.GetQuery().text.c_str()).c_str());
-    } else if (search.HasWrapped()) {
-        ShowMessage(LoadText(IDS_SEARCH_WRAPPED).c_str());
+    if (bar.HasFocus() && !bar.GetSearchText().empty()) {
+        finder.SearchFor(bar.GetSearchText(), backwards, true);
+    } else {
+        finder.FindAgain(backwards);
     }
+}
+
+void ConsoleFrame::OnSearchProgress()
+{
+    finder.OnProgress();
+}
+
+void ConsoleFrame::OnSearchTellEnd()
+{
+    finder.TellEnd();
+}
+
+void ConsoleFrame::OnEditFind()
+{
+    finder.ShowBox();
+}
+
+void ConsoleFrame::OnCancel()
+{
+    finder.Cancel();
 }
 
 void ConsoleFrame::OnBarLeave()
@@ -293,6 +334,16 @@ void ConsoleFrame::OnViewFont()
     }
 }
 
+// The dialog may outlive the window, which another one's Exit closes.
+void ConsoleFrame::OnOptions()
+{
+    const HWND window = m_hWnd;
+    OptionsDialog(settings, this).DoModal();
+    if (::IsWindow(window)) {
+        SaveSettings();
+    }
+}
+
 void ConsoleFrame::OnViewStart()
 {
     GetView().GoToStart();
@@ -307,6 +358,11 @@ void ConsoleFrame::OnAbout()
 {
     const YReportMessageParams message(CONSOLE_ABOUT, ::AfxGetInstanceHandle());
     YMessageBox(this, &message, MB_ICONINFORMATION);
+}
+
+void ConsoleFrame::OnUpdateCancel(CCmdUI* item)
+{
+    item->Enable(GetView().GetSearch().GetState() == LineSearch::State::Running);
 }
 
 void ConsoleFrame::OnUpdateCopy(CCmdUI* item)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ConsoleBar.h"
+#include "Finder.h"
 
 #include <afxext.h>
 #include <textview/YTextViewBase.h>
@@ -9,6 +10,7 @@
 #include <string>
 #include <vector>
 
+struct ConsoleChoices;
 class ConsoleSettings;
 class ConsoleView;
 
@@ -18,10 +20,17 @@ class ConsoleFrame : public CFrameWnd
 {
 public:
     // The settings are borrowed; what the user changes goes there, and they are saved at the end.
-    explicit ConsoleFrame(ConsoleSettings& remembered) : settings(remembered) {}
+    explicit ConsoleFrame(ConsoleSettings& remembered)
+        : settings(remembered), finder(*this, remembered)
+    {}
 
     virtual ConsoleView& GetView() const = 0;  // once the window is made
     virtual void OpenFile(const std::wstring& path) = 0;
+    // The settings have changed from before. What is the same in both stays as the window has it:
+    // it may have a look of its own.
+    virtual void ApplyChoices(const ConsoleChoices& before);
+    // Where the words of commands are shown; null: the idle ones.
+    void ShowMessage(const wchar_t* text);
 
 protected:
     // Before they are saved.
@@ -33,8 +42,6 @@ protected:
     void ApplyLook(bool outlined);
     // What the window shows, unless the user is typing there; as soon as messages are handled.
     void ShowAddress(const std::wstring& address);
-    // Where the words of commands are shown; null: the idle ones.
-    void ShowMessage(const wchar_t* text);
 
     afx_msg int OnCreate(CREATESTRUCT* create);
     afx_msg void OnClose();
@@ -49,7 +56,11 @@ protected:
     afx_msg void OnSearchChange();
     afx_msg void OnSearch();
     afx_msg void OnSearchPrevious();
-    afx_msg void OnSearchDone();
+    afx_msg void OnSearchProgress();
+    afx_msg void OnSearchTellEnd();
+    afx_msg void OnEditFind();
+    afx_msg void OnOptions();
+    afx_msg void OnCancel();
     afx_msg void OnBarLeave();
     afx_msg void OnViewAddress();
     afx_msg void OnViewSearch();
@@ -61,6 +72,7 @@ protected:
     afx_msg void OnViewStart();
     afx_msg void OnViewEnd();
     afx_msg void OnAbout();
+    afx_msg void OnUpdateCancel(CCmdUI* item);
     afx_msg void OnUpdateCopy(CCmdUI* item);
     afx_msg void OnUpdateHasLines(CCmdUI* item);
     afx_msg void OnUpdateOutline(CCmdUI* item);
@@ -68,10 +80,11 @@ protected:
 
 private:
     void SaveSettings();
-    void Search(bool backwards, bool onward);
+    void Search(bool backwards);
 
     ConsoleSettings& settings;
     ConsoleBar bar;
+    Finder finder;
     std::wstring shownAddress;
     std::wstring searched;  // as it was typed last
     bool outline = false;
@@ -79,6 +92,9 @@ private:
 
 // Those of this thread; the topmost first.
 std::vector<ConsoleFrame*> FindConsoleFrames();
+
+// Gives the settings other choices and applies them to every window.
+void ChangeChoices(ConsoleSettings& settings, const ConsoleChoices& next);
 
 // Asks each window of the program to close, as its user would.
 void CloseAllFrames();

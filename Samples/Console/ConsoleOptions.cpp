@@ -1,5 +1,6 @@
 #include "ConsoleOptions.h"
 
+#include "ConsoleChoices.h"
 #include "ConsoleMessages.h"
 
 #include <string_view>
@@ -32,7 +33,7 @@ private:
 bool ParseLines(Values& values, ConsoleOptions& options)
 {
     unsigned long lines = 0;
-    if (!ParseNumber(values.Next(), 1, ConsoleOptions::mostLines, lines)) {
+    if (!ParseNumber(values.Next(), 1, ConsoleChoices::mostLines, lines)) {
         return false;
     }
     options.lineLimit = lines;

@@ -9,11 +9,9 @@
 
 struct ConsoleOptions
 {
-    static constexpr unsigned mostLines = 1'000'000;
-
     std::wstring file;  // empty: none
     Peer peer;  // to connect to
-    unsigned lineLimit = 0;  // lines kept, 1 to mostLines; 0: as the settings say
+    unsigned lineLimit = 0;  // lines kept, 1 to ConsoleChoices::mostLines; 0: as the settings say
     bool split = false;
     bool outline = false;
     bool follow = true;

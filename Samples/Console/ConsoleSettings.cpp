@@ -3,45 +3,172 @@
 #include <YFormatMessage.h>
 #include <YPolicy.h>
 #include <YProfileStore.h>
-#include <afxwin.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cwchar>
 
 namespace {
 
 constexpr wchar_t keyName[] = L"Console";
 constexpr wchar_t policyName[] = L"Buffer Lines";
-constexpr unsigned defaultLines = 100'000;
+constexpr wchar_t tlsName[] = L"TLS Versions";
 constexpr unsigned defaultPort = 23;  // of hosts to type to
-constexpr int tenthsPerInch = 720;  // of points
-
-int GetSystemResolution()
-{
-    const CClientDC screen(nullptr);
-    return screen.GetDeviceCaps(LOGPIXELSY);
-}
 
 bool IsSensible(unsigned lines)
 {
-    return lines >= 1 && lines <= ConsoleOptions::mostLines;
+    return lines >= 1 && lines <= ConsoleChoices::mostLines;
+}
+
+// What is stored of the choices. A value that is not there, or makes no sense, is the default.
+
+struct NumberValue
+{
+    const wchar_t* name;
+    unsigned ConsoleChoices::*choice;
+    unsigned least;
+    unsigned most;
+};
+
+constexpr NumberValue numbers[] = {
+    {L"Buffer Lines", &ConsoleChoices::lineLimit, 1, ConsoleChoices::mostLines},
+    {L"Line End", &ConsoleChoices::lineEnd, 0, static_cast<unsigned>(LineEnd::Cr)},
+    {L"Code Page", &ConsoleChoices::codePage, 0, 0xFFFF},
+    {L"Tab Width", &ConsoleChoices::tabWidth, 1, ConsoleChoices::mostColumnsPerTab},
+};
+
+struct FlagValue
+{
+    const wchar_t* name;
+    bool ConsoleChoices::*choice;
+};
+
+constexpr FlagValue flags[] = {
+    {L"Outline Selection", &ConsoleChoices::outlines},
+    {L"Split", &ConsoleChoices::splits},
+    {L"Colour Lines", &ConsoleChoices::colorsLines},
+    {L"Find Wraps Around", &ConsoleChoices::wrapsAround},
+    {L"Find While Typing", &ConsoleChoices::findsWhileTyping},
+    {L"Find Matches Case", &ConsoleChoices::matchesCase},
+    {L"Find Whole Words", &ConsoleChoices::matchesWords},
+    {L"Show Sent Lines", &ConsoleChoices::showsSent},
+    {L"Log Connections", &ConsoleChoices::logs},
+    {L"Follow Files", &ConsoleChoices::follows},
+    {L"Remember Recent", &ConsoleChoices::remembers},
+};
+
+struct TextValue
+{
+    const wchar_t* name;
+    std::wstring ConsoleChoices::*choice;
+};
+
+constexpr TextValue texts[] = {
+    {L"Font", &ConsoleChoices::font},
+    {L"Log Folder", &ConsoleChoices::logFolder},
+};
+
+struct ColorValue
+{
+    const wchar_t* name;
+    LineSeverity severity;
+};
+
+constexpr ColorValue colors[] = {
+    {L"Warning Colour", LineSeverity::Warning},
+    {L"Error Colour", LineSeverity::Error},
+    {L"Notice Colour", LineSeverity::Notice},
+    {L"Sent Colour", LineSeverity::Sent},
+};
+
+COLORREF& ColorOf(ConsoleChoices& choices, const ColorValue& value)
+{
+    return choices.colors[static_cast<std::size_t>(value.severity)];
+}
+
+void ReadNumber(const YProfileKey& key, const wchar_t* name, unsigned least, unsigned most,
+                unsigned& number)
+{
+    YProfileDword value(name);
+    if (value.Read(key) && value.Get() >= least && value.Get() <= most) {
+        number = value.Get();
+    }
+}
+
+ConsoleChoices ReadChoices(const YProfileKey& key)
+{
+    ConsoleChoices choices;
+    for (const NumberValue& value : numbers) {
+        ReadNumber(key, value.name, value.least, value.most, choices.*value.choice);
+    }
+    for (const FlagValue& value : flags) {
+        unsigned number = choices.*value.choice;
+        ReadNumber(key, value.name, 0, 1, number);
+        choices.*value.choice = number != 0;
+    }
+    for (const TextValue& value : texts) {
+        YProfileSz text(value.name);
+        text.Read(key);
+        choices.*value.choice = text.Get().c_str();
+    }
+    for (const ColorValue& value : colors) {
+        unsigned number = ColorOf(choices, value);
+        ReadNumber(key, value.name, 0, 0xFFFFFF, number);
+        ColorOf(choices, value) = number;
+    }
+    YProfileTlsVersions versions(tlsName);
+    versions.Read(key);
+    choices.tlsVersions = versions.GetMask();
+    return choices;
+}
+
+bool WriteValue(YProfileData& data, const YProfileKey& key, YReportMessageParams& error)
+{
+    if (data.Write(key)) {
+        return true;
+    }
+    error = key.GetLastResult();
+    return false;
+}
+
+bool WriteNumber(const wchar_t* name, unsigned next, unsigned before, const YProfileKey& key,
+                 YReportMessageParams& error)
+{
+    YProfileDword value(name);
+    value.Set(next);
+    return next == before || WriteValue(value, key, error);
+}
+
+// Those that have changed.
+bool WriteChoices(ConsoleChoices next, ConsoleChoices before, const YProfileKey& key,
+                  YReportMessageParams& error)
+{
+    const auto writeNumber = [&](const NumberValue& value) {
+        return WriteNumber(value.name, next.*value.choice, before.*value.choice, key, error);
+    };
+    const auto writeFlag = [&](const FlagValue& value) {
+        return WriteNumber(value.name, next.*value.choice, before.*value.choice, key, error);
+    };
+    const auto writeText = [&](const TextValue& value) {
+        YProfileSz text(value.name);
+        text.Set(YUnicodeString(next.*value.choice));
+        return next.*value.choice == before.*value.choice || WriteValue(text, key, error);
+    };
+    const auto writeColor = [&](const ColorValue& value) {
+        return WriteNumber(value.name, ColorOf(next, value), ColorOf(before, value), key, error);
+    };
+    YProfileTlsVersions versions(tlsName);
+    versions.SetMask(next.tlsVersions);
+    return std::all_of(std::begin(numbers), std::end(numbers), writeNumber) &&
+           std::all_of(std::begin(flags), std::end(flags), writeFlag) &&
+           std::all_of(std::begin(texts), std::end(texts), writeText) &&
+           std::all_of(std::begin(colors), std::end(colors), writeColor) &&
+           (next.tlsVersions == before.tlsVersions || WriteValue(versions, key, error));
 }
 
 // Why the key is not open.
 const YReportMessageParams& GetReason(const YProfileStore& store, const YProfileKey& key)
 {
     return store.GetRoot().IsOpen() ? key.GetLastResult() : store.GetRoot().GetLastResult();
-}
-
-// Writes one value if it has changed.
-bool SaveValue(YProfileData& data, const YProfileKey& key, YReportMessageParams& error)
-{
-    if (!data.IsModified() || data.Write(key)) {
-        return true;
-    }
-    error = key.GetLastResult();
-    return false;
 }
 
 }  // namespace
@@ -56,6 +183,7 @@ bool ConsoleSettings::Load(YReportMessageParams& error)
         error = GetReason(store, key);
         return error.GetMessageId() == ERROR_FILE_NOT_FOUND;  // the first run
     }
+    choices = stored = ReadChoices(key);
     for (YProfileData* const data : GetValues()) {
         data->Read(key);
     }
@@ -66,10 +194,7 @@ bool ConsoleSettings::Load(YReportMessageParams& error)
 
 bool ConsoleSettings::Save(YReportMessageParams& error)
 {
-    const auto values = GetValues();
-    const auto isModified = [](const YProfileData* data) { return data->IsModified(); };
-    if (std::none_of(values.begin(), values.end(), isModified) && !recentFiles.IsModified() &&
-        !recentHosts.IsModified()) {
+    if (!IsModified()) {
         return true;
     }
     const YProfileStore store;
@@ -78,11 +203,16 @@ bool ConsoleSettings::Save(YReportMessageParams& error)
         error = GetReason(store, key);
         return false;
     }
-    const auto save = [&](YProfileData* data) { return SaveValue(*data, key, error); };
-    if (!std::all_of(values.begin(), values.end(), save) || !recentFiles.Save(key, error) ||
+    const auto save = [&](YProfileData* data) {
+        return !data->IsModified() || WriteValue(*data, key, error);
+    };
+    const auto values = GetValues();
+    if (!WriteChoices(choices, stored, key, error) ||
+        !std::all_of(values.begin(), values.end(), save) || !recentFiles.Save(key, error) ||
         !recentHosts.Save(key, error)) {
         return false;
     }
+    stored = choices;
     if (!key.Flush()) {
         error = key.GetLastResult();
         return false;
@@ -90,46 +220,55 @@ bool ConsoleSettings::Save(YReportMessageParams& error)
     return true;
 }
 
+bool ConsoleSettings::IsModified()
+{
+    const auto values = GetValues();
+    return choices != stored || recentFiles.IsModified() || recentHosts.IsModified() ||
+           std::any_of(values.begin(), values.end(),
+                       [](const YProfileData* data) { return data->IsModified(); });
+}
+
+void ConsoleSettings::SetChoices(const ConsoleChoices& next)
+{
+    choices = next;
+    if (!choices.remembers) {
+        ForgetRecent();
+    }
+}
+
 unsigned ConsoleSettings::GetLineLimit() const
 {
-    if (lockedLines != 0) {
-        return lockedLines;
-    }
-    return IsSensible(lineLimit.Get()) ? lineLimit.Get() : defaultLines;
+    return lockedLines != 0 ? lockedLines : choices.lineLimit;
 }
 
-// "100 400 0 Courier New": size in tenths of points, weight, italic, face.
-bool ConsoleSettings::GetFont(LOGFONT& chosen) const
+void ConsoleSettings::AddRecentFile(const std::wstring& path)
 {
-    const wchar_t* text = font.Get().c_str();
-    long numbers[3] = {};
-    for (long& number : numbers) {
-        wchar_t* end = nullptr;
-        number = std::wcstol(text, &end, 10);
-        if (end == text) {
-            return false;
-        }
-        text = end;
+    if (choices.remembers) {
+        recentFiles.Add(path);
     }
-    const std::size_t length = *text == L' ' ? std::wcslen(++text) : 0;
-    if (length == 0 || length >= LF_FACESIZE || numbers[0] < 10 || numbers[0] > 10'000 ||
-        numbers[1] < 0 || numbers[1] > 1000) {
-        return false;
-    }
-    chosen = {};
-    chosen.lfHeight = -::MulDiv(numbers[0], GetSystemResolution(), tenthsPerInch);
-    chosen.lfWeight = numbers[1];
-    chosen.lfItalic = numbers[2] != 0;
-    chosen.lfCharSet = DEFAULT_CHARSET;
-    std::wcscpy(chosen.lfFaceName, text);
-    return true;
 }
 
-void ConsoleSettings::SetFont(const LOGFONT& chosen)
+void ConsoleSettings::ForgetRecent()
 {
-    const int tenths = ::MulDiv(std::abs(chosen.lfHeight), tenthsPerInch, GetSystemResolution());
-    font.Set(YUnicodeString(YFormatText(L"%1!d! %2!d! %3!d! %4", tenths, chosen.lfWeight,
-                                        chosen.lfItalic ? 1 : 0, chosen.lfFaceName)));
+    recentFiles.Clear();
+    recentHosts.Clear();
+}
+
+// "120 80"
+YPoint ConsoleSettings::GetFindPlace() const
+{
+    const wchar_t* const text = findPlace.Get().c_str();
+    wchar_t* end = nullptr;
+    const long x = std::wcstol(text, &end, 10);
+    if (end == text || *end != L' ') {
+        return YPoint(-1, -1);
+    }
+    return YPoint(static_cast<int>(x), static_cast<int>(std::wcstol(end, nullptr, 10)));
+}
+
+void ConsoleSettings::SetFindPlace(YPoint place)
+{
+    findPlace.Set(YUnicodeString(YFormatText(L"%1!d! %2!d!", place.x, place.y)));
 }
 
 Peer ConsoleSettings::GetPeer() const
@@ -142,5 +281,7 @@ void ConsoleSettings::SetPeer(const Peer& peer)
 {
     host.Set(YUnicodeString(peer.host));
     port.Set(peer.port);
-    recentHosts.Add(ToText(peer));
+    if (choices.remembers) {
+        recentHosts.Add(ToText(peer));
+    }
 }

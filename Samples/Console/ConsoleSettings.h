@@ -1,12 +1,14 @@
 // ConsoleSettings.h: what the program keeps from one run to the next.
 #pragma once
 
-#include "ConsoleOptions.h"
+#include "ConsoleChoices.h"
 #include "Peer.h"
 #include "RecentList.h"
 
 #include <YProfileData.h>
 #include <YProfileWindowPlacement.h>
+#include <YRect.h>
+#include <dialogs/YPropertyPageStateMap.h>
 
 #include <windows.h>
 
@@ -28,16 +30,19 @@ public:
     // Writes what has changed. False: error says why.
     bool Save(YReportMessageParams& error);
 
+    const ConsoleChoices& GetChoices() const { return choices; }
+    void SetChoices(const ConsoleChoices& next);
+
     unsigned GetLineLimit() const;  // lines
     bool IsLineLimitLocked() const { return lockedLines != 0; }  // by the administrator
-    void SetLineLimit(unsigned lines) { lineLimit.Set(lines); }
+    void SetLineLimit(unsigned lines) { choices.lineLimit = lines; }
 
     // False: none was chosen.
-    bool GetFont(LOGFONT& font) const;
-    void SetFont(const LOGFONT& font);
+    bool GetFont(LOGFONT& font) const { return ParseFont(choices.font, font); }
+    void SetFont(const LOGFONT& font) { choices.font = FormatFont(font); }
 
     const std::vector<std::wstring>& GetRecentFiles() const { return recentFiles.Get(); }
-    void AddRecentFile(const std::wstring& path) { recentFiles.Add(path); }
+    void AddRecentFile(const std::wstring& path);
     void RemoveRecentFile(const std::wstring& path) { recentFiles.Remove(path); }
 
     // The one that was connected to last; without a host: nobody.
@@ -46,20 +51,32 @@ public:
     // As ToText gives them, newest first.
     const std::vector<std::wstring>& GetRecentHosts() const { return recentHosts.Get(); }
 
+    void ForgetRecent();  // files and hosts
+
     YProfileWindowPlacement& GetPlacement() { return placement; }
+    YProfileWindowPlacement& GetOptionsPlacement() { return optionsPlacement; }
+    // How the pages of the options were left; until the program ends.
+    YPropertyPageStateMap& GetPageStates() { return pageStates; }
+    // Of the find box, on the screen; (-1, -1): where the system puts it.
+    YPoint GetFindPlace() const;
+    void SetFindPlace(YPoint place);
 
 private:
     std::array<YProfileData*, 5> GetValues()
     {
-        return {&lineLimit, &font, &host, &port, &placement};
+        return {&host, &port, &placement, &optionsPlacement, &findPlace};
     }
+    bool IsModified();
 
-    YProfile2<unsigned, YProfileDword> lineLimit{L"Buffer Lines", 100'000};
+    ConsoleChoices choices;
+    ConsoleChoices stored;
     unsigned lockedLines = 0;  // what the administrator wants; 0: the user may choose
-    YProfile2<YUnicodeString, YProfileSz> font{L"Font"};
     YProfile2<YUnicodeString, YProfileSz> host{L"Host"};
     YProfile2<unsigned, YProfileDword> port{L"Port", 23};
     YProfileWindowPlacement placement{L"Window"};
+    YProfileWindowPlacement optionsPlacement{L"Options Window"};
+    YProfile2<YUnicodeString, YProfileSz> findPlace{L"Find Window"};
+    YPropertyPageStateMap pageStates;
     RecentList recentFiles{L"Recent Files", L"File", mostRecentFiles};
     RecentList recentHosts{L"Recent Hosts", L"Host", mostRecentHosts};
 };

@@ -54,6 +54,7 @@ void ConsoleView::TakeOver(const ConsoleView& other)
     }
     AppendLines(batch.GetLines(), batch.GetCount());
     unfinished = other.unfinished;
+    colors = other.colors;
     SetCaretInternal(other.reading);
     UpdateHighlight(other.GetHighlight(), other.IsColumnSelect());
 }
@@ -135,8 +136,21 @@ void ConsoleView::ClearInternal()
 
 void ConsoleView::GetTextAttributes(const void* attributes, COLORREF& color) const
 {
-    if (attributes) {
-        color = static_cast<const LineAttributes*>(attributes)->color;
+    if (!attributes) {
+        return;
+    }
+    const LineSeverity severity = static_cast<const LineAttributes*>(attributes)->severity;
+    const COLORREF chosen = colors[static_cast<std::size_t>(severity)];
+    color = chosen == CLR_INVALID ? color : chosen;
+}
+
+void ConsoleView::ChangeColors(const LineColors& chosen)
+{
+    colors = chosen;
+    InvalidateWindow();
+    if (partner) {
+        partner->colors = chosen;
+        partner->InvalidateWindow();
     }
 }
 
@@ -160,9 +174,12 @@ void ConsoleView::ChangeSelectionStyle(SelectionDrawStyle style)
 // The one that was chosen, else what the base view takes: Courier New of 10 points.
 LOGFONT ConsoleView::GetShownFont() const
 {
-    if (const YLogFont* chosen = GetLogFont()) {
-        return chosen->Get();
-    }
+    const YLogFont* const chosen = GetLogFont();
+    return chosen ? chosen->Get() : GetUsualFont();
+}
+
+LOGFONT ConsoleView::GetUsualFont()
+{
     LOGFONT shown{};
     const CClientDC screen(nullptr);
     shown.lfHeight = -::MulDiv(10, screen.GetDeviceCaps(LOGPIXELSY), 72);
@@ -243,7 +260,7 @@ void ConsoleView::Find(const SearchQuery& query, bool onward)
     if (query.text.empty()) {
         search.Cancel();
     }
-    GoOnSearching();
+    GoOnSearching(true);
 }
 
 // With nothing selected: from what is to be seen.
@@ -258,22 +275,24 @@ YTextViewCharPosition ConsoleView::GetSearchStart(bool backwards, bool onward) c
     return start;
 }
 
-void ConsoleView::GoOnSearching()
+void ConsoleView::GoOnSearching(bool isFirstTurn)
 {
     KillTimer(searchTimer);
-    switch (search.Continue(GetBuffer(), searchTurn)) {
-    case LineSearch::State::Running: SetTimer(searchTimer, searchPause); return;
-    case LineSearch::State::Found: ShowHit(); break;
-    case LineSearch::State::NotFound: break;
-    case LineSearch::State::Idle: return;
+    const LineSearch::State state = search.Continue(GetBuffer(), searchTurn);
+    if (state == LineSearch::State::Running) {
+        SetTimer(searchTimer, searchPause);
+    } else if (state == LineSearch::State::Found) {
+        ShowHit();
     }
-    GetParentFrame()->SendMessage(WM_COMMAND, ID_SEARCH_DONE);
+    if (state != LineSearch::State::Idle && (isFirstTurn || state != LineSearch::State::Running)) {
+        GetParentFrame()->SendMessage(WM_COMMAND, ID_SEARCH_PROGRESS);
+    }
 }
 
 void ConsoleView::OnTimer(UINT_PTR timer)
 {
     if (timer == searchTimer) {
-        GoOnSearching();
+        GoOnSearching(false);
     } else {
         YTextView::OnTimer(timer);
     }

@@ -1,6 +1,7 @@
 // ConsoleView.h: the log viewer's text view.
 #pragma once
 
+#include "LineRules.h"
 #include "LineSearch.h"
 
 #include <textview/YTextView.h>
@@ -26,7 +27,9 @@ public:
     void SetLineLimit(unsigned lines);  // throws std::bad_alloc
     void ChangeFont(const LOGFONT& chosen);
     void ChangeSelectionStyle(SelectionDrawStyle style);
+    void ChangeColors(const LineColors& chosen);
     LOGFONT GetShownFont() const;
+    static LOGFONT GetUsualFont();  // of who has chosen none
 
     // What the frame's commands do.
     void Copy() { OnEditCopy(); }
@@ -35,11 +38,12 @@ public:
     void GoToStart();
     void GoToEnd() { OnCtrlEnd(); }
 
-    // Selects the next place where the text stands, and tells the frame by ID_SEARCH_DONE, also
-    // where there is none: a long search takes many turns, between which the user goes on. onward:
-    // past what is selected, not at it. No text ends the search.
+    // Selects the next place where the text stands, and tells the frame by ID_SEARCH_PROGRESS,
+    // also where there is none, and once where it takes more than a turn: between turns the user
+    // goes on. onward: past what is selected, not at it. No text ends the search.
     void Find(const SearchQuery& query, bool onward);
     const LineSearch& GetSearch() const { return search; }
+    void CancelSearch() { search.Cancel(); }
 
     unsigned GetTopLine() const { return GetVScrollPoint(); }
     void GoToLine(unsigned line) { ScrollToPoint(line, GetHScrollPoint()); }
@@ -72,12 +76,13 @@ private:
     void Refit();
     void Scroll(UINT message, UINT code);
     YTextViewCharPosition GetSearchStart(bool backwards, bool onward) const;
-    void GoOnSearching();
+    void GoOnSearching(bool isFirstTurn);
     void ShowHit();
 
     ConsoleView* partner = nullptr;  // borrowed
     unsigned lineLimit = 0;  // 0: as the base has it
     bool unfinished = false;  // the last line is not complete
     bool reading = false;  // the base view's caret
+    LineColors colors = defaultLineColors;
     LineSearch search;
 };

@@ -47,8 +47,10 @@ ULONGLONG GetSize(HANDLE file)
 
 }  // namespace
 
-FileFollower::FileFollower(std::wstring filePath, bool follow, HWND window, UINT message)
+FileFollower::FileFollower(std::wstring filePath, bool follow, HWND window, UINT message,
+                           TextRules textRules)
     : path(std::move(filePath)),
+      rules(textRules),
       truncatedNotice(LoadText(IDS_NOTICE_TRUNCATED)),
       replacedNotice(LoadText(IDS_NOTICE_REPLACED)),
       queue(window, message),
@@ -233,7 +235,7 @@ void FileFollower::DecodeChunk(std::size_t count)
     const unsigned char* const end = bytes + count;
     if (!decoder) {
         const DetectedEncoding detected = DetectEncoding(bytes, count);
-        decoder.emplace(detected.encoding);
+        decoder.emplace(detected.encoding, rules.codePage, rules.tabWidth);
         bytes += detected.markLength;
         const std::lock_guard lock(mutex);
         state.encoding = detected.encoding;

@@ -28,6 +28,15 @@ struct FollowerState
     ULONGLONG size = 0;  // bytes, as last seen
 };
 
+// How the text of a file is understood.
+struct TextRules
+{
+    UINT codePage = CP_ACP;  // where it is no Unicode
+    unsigned tabWidth = LineDecoder::usualTabWidth;  // columns
+
+    bool operator==(const TextRules&) const = default;
+};
+
 // Delivers the lines of a file, classified by their severity, then those that are added to it, some
 // four times a second. The unfinished last line is shown as well (its beginning, where it is very
 // long), and delivered again when there is more of it.
@@ -43,7 +52,7 @@ public:
     static constexpr std::size_t unfinishedLength = 1u << 16;  // characters shown
 
     // follow: not only what the file has now. Throws std::bad_alloc where no thread can be made.
-    FileFollower(std::wstring path, bool follow, HWND window, UINT message);
+    FileFollower(std::wstring path, bool follow, HWND window, UINT message, TextRules rules = {});
     ~FileFollower();
     FileFollower(const FileFollower&) = delete;
     FileFollower& operator=(const FileFollower&) = delete;
@@ -78,6 +87,7 @@ private:
     void Publish(ULONGLONG size, bool atEnd);
 
     const std::wstring path;
+    const TextRules rules;
     // Loaded by the owner, whose thread has the user's language.
     const std::wstring truncatedNotice;
     const std::wstring replacedNotice;

@@ -118,8 +118,8 @@ DetectedEncoding DetectEncoding(const unsigned char* bytes, std::size_t count)
     return {IsUtf8(bytes, count) ? TextEncoding::Utf8 : TextEncoding::CodePage, 0};
 }
 
-LineDecoder::LineDecoder(TextEncoding textEncoding, UINT page)
-    : encoding(textEncoding), codePage(page == CP_ACP ? ::GetACP() : page)
+LineDecoder::LineDecoder(TextEncoding textEncoding, UINT page, unsigned columnsPerTab)
+    : encoding(textEncoding), codePage(page == CP_ACP ? ::GetACP() : page), tabWidth(columnsPerTab)
 {
     if (encoding == TextEncoding::CodePage && codePage == CP_UTF8) {
         encoding = TextEncoding::Utf8;

@@ -30,10 +30,11 @@ class LineDecoder
 {
 public:
     static constexpr std::size_t maxLineLength = 16u << 20;  // UTF-16 units
-    static constexpr unsigned tabWidth = 8;
+    static constexpr unsigned usualTabWidth = 8;
 
     // codePage: for TextEncoding::CodePage; of one or two bytes a character, or CP_UTF8.
-    explicit LineDecoder(TextEncoding encoding, UINT codePage = CP_ACP);
+    explicit LineDecoder(TextEncoding encoding, UINT codePage = CP_ACP,
+                         unsigned tabWidth = usualTabWidth);
 
     // Adds the lines that are complete now.
     void Decode(const unsigned char* bytes, std::size_t count, LineBatch& lines);
@@ -65,6 +66,7 @@ private:
 
     TextEncoding encoding;
     UINT codePage;
+    unsigned tabWidth;
     std::array<wchar_t, 256> table{};  // of the code page; 0 for a first byte of two
     std::vector<wchar_t> line;  // scratch; the first `length` units are the unfinished line
     std::size_t length = 0;

@@ -10,10 +10,10 @@ namespace {
 
 constexpr std::size_t judgedLength = 200;  // characters: a log says early how bad it is
 
-constexpr LineAttributes warning{LineSeverity::Warning, RGB(0x9A, 0x5B, 0x00)};
-constexpr LineAttributes error{LineSeverity::Error, RGB(0xC0, 0x1C, 0x1C)};
-constexpr LineAttributes notice{LineSeverity::Notice, RGB(0x70, 0x70, 0x70)};
-constexpr LineAttributes sent{LineSeverity::Sent, RGB(0x1A, 0x4F, 0xB4)};
+constexpr LineAttributes warning{LineSeverity::Warning};
+constexpr LineAttributes error{LineSeverity::Error};
+constexpr LineAttributes notice{LineSeverity::Notice};
+constexpr LineAttributes sent{LineSeverity::Sent};
 
 struct Word
 {

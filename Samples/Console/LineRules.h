@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <array>
 #include <cstddef>
 
 enum class LineSeverity { Plain, Warning, Error, Notice, Sent };
@@ -12,8 +13,14 @@ enum class LineSeverity { Plain, Warning, Error, Notice, Sent };
 struct LineAttributes
 {
     LineSeverity severity;
-    COLORREF color;
 };
+
+// By LineSeverity; CLR_INVALID: as plain lines.
+using LineColors = std::array<COLORREF, 5>;
+
+inline constexpr LineColors defaultLineColors = {CLR_INVALID, RGB(0x9A, 0x5B, 0x00),
+                                                 RGB(0xC0, 0x1C, 0x1C), RGB(0x70, 0x70, 0x70),
+                                                 RGB(0x1A, 0x4F, 0xB4)};
 
 // The record for lines of our own making, between those of the file.
 const LineAttributes* GetNoticeAttributes();

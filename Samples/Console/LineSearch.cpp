@@ -170,6 +170,9 @@ bool LineSearch::GoOn(unsigned lineCount)
         line += query.isBackwards ? npos : 1;
         return true;
     }
+    if (!query.wraps) {
+        return false;
+    }
     line = query.isBackwards ? lineCount - 1 : 0;
     return !std::exchange(wrapped, true);
 }

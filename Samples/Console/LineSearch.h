@@ -14,12 +14,14 @@ struct SearchQuery
     bool matchesCase = false;
     bool isWholeWord = false;
     bool isBackwards = false;
+    bool wraps = true;  // goes on at the other end
 
     bool operator==(const SearchQuery&) const = default;
 };
 
-// Goes from a place to the end of the lines, then from their other end to that place. Lines may be
-// added, dropped and cleared between two slices; nothing is kept of them. One thread.
+// Goes from a place to the end of the lines, then, where it wraps, from their other end to that
+// place. Lines may be added, dropped and cleared between two slices; nothing is kept of them. One
+// thread.
 class LineSearch
 {
 public:

@@ -110,14 +110,14 @@ bool MainFrame::Load(const ConsoleOptions& options, int& show)
 {
     const bool asRemembered = options.lineLimit == 0 || GetSettings().IsLineLimitLocked();
     lineLimit = asRemembered ? GetSettings().GetLineLimit() : options.lineLimit;
-    follow = options.follow;
+    follow = options.follow && GetSettings().GetChoices().follows;
     if (!LoadFrame(IDR_MAINFRAME)) {
         return false;
     }
     GetSettings().GetPlacement().Restore(m_hWnd, show);
-    ApplyLook(options.outline);
+    ApplyLook(options.outline || GetSettings().GetChoices().outlines);
     views.GetFirst().SetLineLimit(lineLimit);
-    if (options.split) {
+    if (options.split || GetSettings().GetChoices().splits) {
         views.Split(GetStyle());
     }
     return true;
@@ -215,10 +215,32 @@ void MainFrame::OpenFile(const std::wstring& newPath)
 {
     try {
         candidate.reset();
-        candidate =
-            std::make_unique<FileFollower>(MakeFullPath(newPath), follow, m_hWnd, newsMessage);
+        candidate = std::make_unique<FileFollower>(MakeFullPath(newPath), follow, m_hWnd,
+                                                   newsMessage, GetTextRules());
     } catch (const std::exception&) {  // neither memory nor a thread
         ShowError(this, ERROR_NOT_ENOUGH_MEMORY);
+    }
+}
+
+TextRules MainFrame::GetTextRules() const
+{
+    const ConsoleChoices& choices = GetSettings().GetChoices();
+    return {choices.codePage, choices.tabWidth};
+}
+
+// A file whose text is to be understood in another way is read once more.
+void MainFrame::ApplyChoices(const ConsoleChoices& before)
+{
+    const ConsoleChoices& now = GetSettings().GetChoices();
+    ConsoleFrame::ApplyChoices(before);
+    if (now.lineLimit != before.lineLimit && !GetSettings().IsLineLimitLocked()) {
+        LimitLines(now.lineLimit);
+    }
+    if (now.follows != before.follows) {
+        Follow(now.follows);
+    }
+    if (!path.empty() && GetTextRules() != TextRules{before.codePage, before.tabWidth}) {
+        OpenFile(path);
     }
 }
 
@@ -330,7 +352,12 @@ void MainFrame::OnFileReload()
 
 void MainFrame::OnFileFollow()
 {
-    follow = !follow;
+    Follow(!follow);
+}
+
+void MainFrame::Follow(bool on)
+{
+    follow = on;
     for (FileFollower* reader : {follower.get(), candidate.get()}) {
         if (reader) {
             reader->SetFollowing(follow);
@@ -340,6 +367,10 @@ void MainFrame::OnFileFollow()
 
 void MainFrame::OnFileCancel()
 {
+    if (GetView().GetSearch().GetState() == LineSearch::State::Running) {
+        ConsoleFrame::OnCancel();
+        return;
+    }
     if (!IsLoading()) {
         return;
     }
@@ -375,10 +406,15 @@ void MainFrame::OnViewSplit()
 
 void MainFrame::OnBufferSize(UINT id)
 {
+    LimitLines(bufferSizes[id - ID_BUFFER_1000]);
+    GetSettings().SetLineLimit(lineLimit);
+}
+
+void MainFrame::LimitLines(unsigned lines)
+{
     try {
-        views.GetFirst().SetLineLimit(bufferSizes[id - ID_BUFFER_1000]);
-        lineLimit = bufferSizes[id - ID_BUFFER_1000];
-        GetSettings().SetLineLimit(lineLimit);
+        views.GetFirst().SetLineLimit(lines);
+        lineLimit = lines;
     } catch (const std::bad_alloc&) {
         GiveUpForMemory();
     }
@@ -398,7 +434,7 @@ void MainFrame::OnUpdateFollow(CCmdUI* item)
 
 void MainFrame::OnUpdateCancel(CCmdUI* item)
 {
-    item->Enable(IsLoading());
+    item->Enable(IsLoading() || GetView().GetSearch().GetState() == LineSearch::State::Running);
 }
 
 void MainFrame::OnUpdateSplit(CCmdUI* item)

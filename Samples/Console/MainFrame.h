@@ -22,6 +22,7 @@ public:
     // Creates the window where it was the last time, does not show it yet. show: how to (SW_...).
     bool Load(const ConsoleOptions& options, int& show);
     void OpenFile(const std::wstring& path) override;
+    void ApplyChoices(const ConsoleChoices& before) override;
     // In the window of files that is there, or in a new one.
     static void OpenFile(ConsoleSettings& settings, const std::wstring& path);
 
@@ -63,6 +64,9 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
+    TextRules GetTextRules() const;
+    void Follow(bool on);
+    void LimitLines(unsigned lines);
     void TakeNews();
     void JudgeCandidate();
     void ShowLines();

@@ -40,6 +40,12 @@ void RecentList::Remove(const std::wstring& item)
     }
 }
 
+void RecentList::Clear()
+{
+    modified = modified || !items.empty();
+    items.clear();
+}
+
 void RecentList::Load(const YProfileKey& parent)
 {
     items.clear();

@@ -21,6 +21,7 @@ public:
     const std::vector<std::wstring>& Get() const { return items; }
     void Add(std::wstring item);
     void Remove(const std::wstring& item);
+    void Clear();
 
     void Load(const YProfileKey& parent);
     bool IsModified() const { return modified; }

@@ -2,8 +2,12 @@
 
 #include "ConsoleMessages.h"
 #include "ConsoleText.h"
+#include "Peer.h"
 
 #include <YReportMessageParams.h>
+
+#include <algorithm>
+#include <cwchar>
 
 namespace {
 
@@ -43,4 +47,18 @@ bool SessionLog::Write(const void* bytes, DWORD count, YReportMessageParams& err
     Stop();
     error = MakeMessage(CONSOLE_LOG_STOPPED, path, code);
     return false;
+}
+
+std::wstring MakeLogPath(const std::wstring& folder, const Peer& peer)
+{
+    std::wstring host = peer.host;
+    std::replace_if(
+        host.begin(), host.end(),
+        [](wchar_t character) { return std::wcschr(L"\\/:*?\"<>|", character) != nullptr; }, L'_');
+    SYSTEMTIME now;
+    ::GetLocalTime(&now);
+    const std::wstring name = YFormatText(
+        L"%1 %2!u! %3!04u!-%4!02u!-%5!02u! %6!02u!%7!02u!%8!02u!.log", host.c_str(), peer.port,
+        now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute, now.wSecond);
+    return folder.empty() ? name : folder + L'\\' + name;
 }

@@ -5,6 +5,7 @@
 
 #include <string>
 
+struct Peer;
 class YReportMessageParams;
 
 // Appends bytes as they are to a file that others may read meanwhile. What fails ends the log; the
@@ -24,3 +25,6 @@ private:
     YUniqueFile handle;
     std::wstring path;
 };
+
+// A file of its own for what a peer says from now on: "host 23 2026-03-01 140509.log".
+std::wstring MakeLogPath(const std::wstring& folder, const Peer& peer);

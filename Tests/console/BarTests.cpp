@@ -68,7 +68,7 @@ TEST_F(BarTest, FindsAsOneTypesAndGoesOnByReturn)
 {
     ShowTexts({L"an apple", L"a pear, an APPLE", L"nothing", L"apricot"});
     View().GoToStart();
-    TypeChord({VK_CONTROL, 'F'});
+    TypeChord({VK_CONTROL, 'E'});
     ASSERT_TRUE(HasFocus(Field(ID_SEARCH)));
     TypeText(L"ap");
     EXPECT_EQ(Found(), L"0:3");
@@ -100,7 +100,7 @@ TEST_F(BarTest, TheHitIsShownInBothViewsAndStays)
     ShowTexts(texts);
     frame->SendMessage(WM_COMMAND, ID_VIEW_SPLIT);
     frame->RecalcLayout();
-    TypeChord({VK_CONTROL, 'F'});
+    TypeChord({VK_CONTROL, 'E'});
     TypeText(L"needle");
     EXPECT_EQ(Found(), L"250:300");
     const unsigned top = View().GetTopLine();
@@ -123,7 +123,7 @@ TEST_F(BarTest, ALongSearchLeavesTheWindowFree)
         ShowTexts(texts);
     }
     View().GoToStart();
-    TypeChord({VK_CONTROL, 'F'});
+    TypeChord({VK_CONTROL, 'E'});
     Field(ID_SEARCH).SetFocus();
     INPUT key{};
     key.type = INPUT_KEYBOARD;

@@ -123,12 +123,10 @@ TEST_F(ConsoleTest, ColoursLinesByTheirSeverityAndFollows)
         const auto pixels = ReadPixels(dc, CRect(0, row * height, 120, (row + 1) * height));
         return std::count(pixels.begin(), pixels.end(), colour);
     };
-    constexpr wchar_t error[] = L"error";
-    constexpr wchar_t warning[] = L"warning";
     EXPECT_GT(countColour(0, ::GetSysColor(COLOR_WINDOWTEXT)), 0);
-    EXPECT_GT(countColour(1, ClassifyLine(error, 5)->color), 0);
-    EXPECT_GT(countColour(2, ClassifyLine(warning, 7)->color), 0);
-    EXPECT_EQ(countColour(0, ClassifyLine(error, 5)->color), 0);
+    EXPECT_GT(countColour(1, defaultLineColors[2]), 0);
+    EXPECT_GT(countColour(2, defaultLineColors[1]), 0);
+    EXPECT_EQ(countColour(0, defaultLineColors[2]), 0);
 
     file.Append("added");
     ASSERT_TRUE(PumpUntil([&] { return CountLines() == 4; }));

@@ -1,0 +1,97 @@
+#include "OptionsDialog.h"
+
+#include "ConsoleFrame.h"
+#include "ConsoleSettings.h"
+#include "ConsoleText.h"
+#include "resource.h"
+
+#include <vector>
+
+namespace {
+
+constexpr unsigned withApplyButton = 1;
+
+// The other windows of the program wait while choices are made: they use them, and would close the
+// dialog's owner by their Exit.
+class OthersDisabled
+{
+public:
+    explicit OthersDisabled(const CWnd* owner) : ownerWindow(owner->GetSafeHwnd())
+    {
+        ::EnumThreadWindows(::GetCurrentThreadId(), &Disable, reinterpret_cast<LPARAM>(this));
+    }
+    OthersDisabled(const OthersDisabled&) = delete;
+    OthersDisabled& operator=(const OthersDisabled&) = delete;
+    ~OthersDisabled()
+    {
+        for (const HWND window : disabled) {
+            ::EnableWindow(window, TRUE);
+        }
+    }
+
+private:
+    static BOOL CALLBACK Disable(HWND window, LPARAM self)
+    {
+        auto& others = *reinterpret_cast<OthersDisabled*>(self);
+        if (window != others.ownerWindow && ::IsWindowVisible(window) &&
+            ::IsWindowEnabled(window)) {
+            others.disabled.push_back(window);
+            ::EnableWindow(window, FALSE);
+        }
+        return TRUE;
+    }
+
+    HWND ownerWindow;
+    std::vector<HWND> disabled;
+};
+
+}  // namespace
+
+OptionsDialog::OptionsDialog(ConsoleSettings& remembered, CWnd* parent)
+    : YPropertyTreeDialog(LoadText(IDS_OPTIONS).c_str(), withApplyButton,
+                          &remembered.GetPageStates(), &remembered.GetOptionsPlacement(), parent),
+      owner(parent),
+      settings(remembered),
+      choices(remembered.GetChoices())
+{
+    if (settings.IsLineLimitLocked()) {
+        view.Lock(settings.GetLineLimit());
+    }
+    recent.OfferForgetting(settings);
+    view.AddPage(&colors);
+    view.AddPage(&font);
+    connection.AddPage(&tls);
+    connection.AddPage(&log);
+    files.AddPage(&recent);
+    for (YPropertyTreePage* const page :
+         {static_cast<YPropertyTreePage*>(&view), static_cast<YPropertyTreePage*>(&find),
+          static_cast<YPropertyTreePage*>(&connection), static_cast<YPropertyTreePage*>(&files)}) {
+        page->SetExpanded(true);  // all is to be seen the first time
+        AddPage(page);
+    }
+}
+
+INT_PTR OptionsDialog::DoModal()
+{
+    const OthersDisabled others(owner);
+    const INT_PTR result = YPropertyTreeDialog::DoModal();
+    if (result == IDOK) {
+        Apply();
+    }
+    return result;
+}
+
+void OptionsDialog::OnApply()
+{
+    if (GetCurrentPage() && GetCurrentPage()->OnKillActive()) {
+        Apply();
+        SetModified(false);
+    }
+}
+
+void OptionsDialog::Apply()
+{
+    if (choices != settings.GetChoices()) {
+        ChangeChoices(settings, choices);
+    }
+}
