@@ -25,6 +25,7 @@ class COMMONFRAMEWORK_API CListBox : public CWnd
     int DeleteString(UINT nIndex) { return Send(LB_DELETESTRING, static_cast<int>(nIndex)); }
     void ResetContent() { SendMessage(LB_RESETCONTENT); }
     int GetCount() const { return Send(LB_GETCOUNT, 0); }
+    int GetCaretIndex() const { return Send(LB_GETCARETINDEX, 0); }  // of the line with the focus
     int GetCurSel() const { return Send(LB_GETCURSEL, 0); }  // of a single-selection list
     int SetCurSel(int nSelect) { return Send(LB_SETCURSEL, nSelect); }
     void GetText(int nIndex, CString& rString) const;  // no such line: empty

@@ -189,8 +189,8 @@ void CCheckListBox::OnLButtonDblClk(UINT, CPoint point)
 
 void CCheckListBox::OnKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags)
 {
-    if (nChar == VK_SPACE) {
-        Toggle(GetCurSel());
+    if (nChar == VK_SPACE) {  // also where nothing is selected yet
+        Toggle(GetCaretIndex());
     } else {
         CListBox::OnKeyDown(nChar, nRepCnt, nFlags);
     }

@@ -60,6 +60,7 @@ void Finder::ShowBox()
 {
     if (box) {
         box->BringToTop(YPoint(-1, -1), true);
+        box->SetActiveWindow();  // where it was shown already
         return;
     }
     typed = GetProposal();

@@ -306,8 +306,7 @@ TEST_F(ConsoleTest, AnswersWhileALargeFileLoadsAndEscapeCancels)
         PumpOne();
     }
     EXPECT_EQ(View().GetBuffer().GetLineInfo(CountLines() - 1).attributes, GetNoticeAttributes());
-    EXPECT_EQ(LastText(), LoadText(IDS_NOTICE_CANCELLED))
-        << "it was cancelled, not completed";
+    EXPECT_EQ(LastText(), LoadText(IDS_NOTICE_CANCELLED)) << "it was cancelled, not completed";
 }
 
 TEST_F(ConsoleTest, OpensADroppedFile)
