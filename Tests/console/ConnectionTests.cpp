@@ -151,6 +151,30 @@ TEST_F(ConnectionTest, ShowsADialogueInItsOrderAndConnectsAgain)
     }
 }
 
+TEST_F(ConnectionTest, EndsLinesAsItsUserWantsAndShowsThemOrNot)
+{
+    const char* const ends[] = {"\r\n", "\n", "\r"};
+    std::vector<std::string> received;
+    server.emplace(1, [&](SOCKET socket) {
+        for (int i = 0; i < 3; ++i) {
+            received.push_back(Get(socket));
+            Put(socket, "ok\n");
+        }
+    });
+    connection->Connect(server->peer);
+    ASSERT_TRUE(WaitFor(ConnectionState::Connected));
+    connection->SetShowingSent(false);
+    for (unsigned i = 0; i < 3; ++i) {
+        connection->SetLineEnd(static_cast<LineEnd>(i));
+        connection->Send(L"x");
+        ASSERT_TRUE(WaitForLines(std::vector<std::wstring>(i + 1, L"ok")));
+    }
+    ASSERT_TRUE(WaitFor(ConnectionState::EndedByPeer));
+    for (unsigned i = 0; i < 3; ++i) {
+        EXPECT_EQ(received[i], std::string("x") + ends[i]);
+    }
+}
+
 TEST_F(ConnectionTest, SaysWhyItFailed)
 {
     const Peer nobody = Server(0, nullptr).peer;
@@ -243,6 +267,45 @@ TEST(ConnectionFrame, IsTypedIntoAndShowsTheAnswer)
     EXPECT_EQ(typed, CString(L"hi"));
     EXPECT_EQ(settings.GetPeer().port, server.peer.port);
     frame->DestroyWindow();
+}
+
+// From the start of each connection, and from the moment it is chosen for one that is open.
+TEST(ConnectionFrame, LogsWhereItsUserWantsLogs)
+{
+    namespace fs = std::filesystem;
+    const fs::path folder =
+        fs::temp_directory_path() / (L"console-logs-" + std::to_wstring(::GetCurrentProcessId()));
+    fs::create_directories(folder);
+    ConsoleSettings settings;
+    ConnectionFrame* frame = nullptr;
+    {
+        const Server server(1, [](SOCKET socket) { Put(socket, "Echo: " + Get(socket)); });
+        frame = ConnectionFrame::Open(settings, server.peer, SW_SHOWNORMAL);
+        ASSERT_TRUE(frame);
+        const Connection& connection = frame->GetConnection();
+        ASSERT_TRUE(
+            PumpUntil([&] { return connection.GetState() == ConnectionState::Connected; }, 20'000));
+        ConsoleChoices choices;
+        choices.logs = true;
+        choices.logFolder = folder.wstring();
+        ChangeChoices(settings, choices);
+        ASSERT_TRUE(Activate(*frame));
+        TypeKey('A');
+        TypeKey(VK_RETURN);
+        ASSERT_TRUE(PumpUntil([&] { return connection.GetState() == ConnectionState::EndedByPeer; },
+                              20'000));
+    }
+    frame->DestroyWindow();
+    std::vector<fs::path> logs;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        logs.push_back(entry.path());
+    }
+    ASSERT_EQ(logs.size(), 1u);
+    EXPECT_EQ(logs[0].filename().wstring().find(L"127.0.0.1 "), 0u);
+    std::ostringstream text;
+    text << std::ifstream(logs[0], std::ios::binary).rdbuf();
+    EXPECT_EQ(text.str(), "Echo: a\r\n");
+    fs::remove_all(folder);
 }
 
 }  // namespace

@@ -103,8 +103,37 @@ TEST_F(ConsoleSettingsTest, ComeBackAsTheyWereLeft)
     EXPECT_EQ(Load().GetRecentFiles().front(), L"C:\\19");
 }
 
+TEST_F(ConsoleSettingsTest, EveryChoiceComesBack)
+{
+    ConsoleChoices other;
+    other.lineLimit = 77;
+    other.outlines = other.splits = other.matchesCase = other.matchesWords = other.logs = true;
+    other.colorsLines = other.wrapsAround = other.findsWhileTyping = false;
+    other.showsSent = other.follows = other.remembers = false;
+    other.colors = {CLR_INVALID, 1, 2, 3, 0xFFFFFF};
+    other.font = L"120 700 1 Some Face";
+    other.lineEnd = static_cast<unsigned>(LineEnd::Cr);
+    other.tlsVersions = YProfileTlsVersions::version13;
+    other.logFolder = L"C:\\caf\xE9; \"a\"=1";
+    other.codePage = 1251;
+    other.tabWidth = 3;
+    ConsoleSettings settings = Load();
+    settings.SetChoices(other);
+    settings.SetFindPlace(YPoint(-5, 120));
+    Save(settings);
+    EXPECT_TRUE(Load().GetChoices() == other);
+    EXPECT_EQ(Load().GetFindPlace(), YPoint(-5, 120));
+    settings.SetChoices({});
+    Save(settings);
+    EXPECT_TRUE(Load().GetChoices() == ConsoleChoices());
+}
+
 TEST_F(ConsoleSettingsTest, WhatMakesNoSenseIsTheDefault)
 {
+    WriteFile("Line End=dword:00000003\r\nTab Width=dword:00000000\r\nFollow Files=\"no\"\r\n"
+              "Error Colour=dword:01000000\r\nFind Window=\"left\"\r\nTLS Versions=dword:1\r\n");
+    EXPECT_TRUE(Load().GetChoices() == ConsoleChoices());
+    EXPECT_EQ(Load().GetFindPlace(), YPoint(-1, -1));
     for (const char* lines : {"dword:00000000", "dword:000f4241", "\"many\"", "hex:01"}) {
         WriteFile(std::string("Buffer Lines=") + lines + "\r\nFont=\"0 400 0 X\"\r\n");
         const ConsoleSettings settings = Load();

@@ -111,6 +111,18 @@ TEST(LineSearchTest, FoldsWhatIsNotLatinAndTellsOfTheWayRound)
     EXPECT_EQ(Find(lines, query, {0, 0}), std::nullopt);
 }
 
+TEST(LineSearchTest, EndsAtTheEndWhereItDoesNotWrap)
+{
+    YTextViewBuffer lines(4);
+    Append(lines, {L"aa", L"b", L"aa"});
+    SearchQuery query{L"b", true, false, false, false};
+    EXPECT_EQ(Find(lines, query, {0, 1}), Place(0, 1));
+    EXPECT_EQ(Find(lines, query, {1, 1}), std::nullopt);
+    query.isBackwards = true;
+    EXPECT_EQ(Find(lines, query, {1, 1}), Place(0, 1));
+    EXPECT_EQ(Find(lines, query, {0, 1}), std::nullopt);
+}
+
 // A slice of no time looks at 64 lines.
 TEST(LineSearchTest, GoesOnWhereTheLinesHaveGone)
 {
