@@ -6,6 +6,7 @@
 #include "ConsoleView.h"
 #include "resource.h"
 
+#include <YFolders.h>
 #include <YMessageBox.h>
 #include <YReportMessageParams.h>
 #include <afxdlgs.h>
@@ -268,6 +269,10 @@ BOOL TlsPage::OnKillActive()
 
 // Log
 
+BEGIN_MESSAGE_MAP(LogPage, OptionPage)
+    ON_BN_CLICKED(IDC_LOG_BROWSE, &LogPage::OnBrowse)
+END_MESSAGE_MAP()
+
 LogPage::LogPage(ConsoleChoices& edited) : OptionPage(IDD_OPTIONS_LOG, edited) {}
 
 void LogPage::Exchange(CDataExchange& exchange)
@@ -282,6 +287,16 @@ void LogPage::Exchange(CDataExchange& exchange)
         const YReportMessageParams message(CONSOLE_NO_LOG_FOLDER, ::AfxGetInstanceHandle());
         YMessageBox(this, &message);
         exchange.Fail();
+    }
+}
+
+void LogPage::OnBrowse()
+{
+    YReportMessageParams error;
+    if (!OnBrowseLocalFolderHelper(this, GetDlgItem(IDC_LOG_FOLDER),
+                                   LoadText(IDS_LOG_FOLDER).c_str(), error, nullptr, nullptr) &&
+        error.GetMessageId() != 0) {
+        YMessageBox(this, &error);
     }
 }
 

@@ -119,6 +119,8 @@ public:
 
 protected:
     void Exchange(CDataExchange& exchange) override;
+    afx_msg void OnBrowse();
+    DECLARE_MESSAGE_MAP()
 };
 
 class FilesPage : public OptionPage
