@@ -33,6 +33,7 @@ int main(int argc, char** argv)
     Report report;
     AddBufferSubjects(report);
     AddCompletionSubjects(report);
+    AddDialogSubjects(report);
     AddPacketSubjects(report);
     AddNetworkSubjects(report);
     AddPaintSubjects(report);

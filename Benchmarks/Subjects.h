@@ -6,6 +6,7 @@ class Report;
 
 void AddBufferSubjects(Report& report);  // BufferBenchmarks.cpp: no window
 void AddCompletionSubjects(Report& report);  // CompletionBenchmarks.cpp: windows
+void AddDialogSubjects(Report& report);  // DialogBenchmarks.cpp: windows, a search
 void AddLoadSubject(Report& report);  // LoadBenchmark.cpp
 void AddNetworkSubjects(Report& report);  // NetworkBenchmarks.cpp: sockets, deferred calls
 void AddPacketSubjects(Report& report);  // PacketBenchmarks.cpp: no window
