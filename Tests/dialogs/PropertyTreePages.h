@@ -4,6 +4,7 @@
 
 #define IDD_FIELDS 101
 #define IDD_TEXT_ONLY 102
+#define IDD_FAULTY 103
 
 #define IDC_NUMBER 1001
 #define IDC_LIST 1002
