@@ -1,10 +1,14 @@
 // The property tree under real keys and clicks, inside DoModal.
 #include "PropertyTreePages.h"
 #include "TreeKit.h"
+#include "support/LeakCheck.h"
+#include "support/TestThread.h"
 
 #include <YProfileWindowPlacement.h>
 #include <dialogs/YPropertyPageStateMap.h>
 #include <gtest/gtest.h>
+
+#include <uxtheme.h>
 
 #include <string>
 #include <vector>
@@ -96,6 +100,52 @@ TEST_F(PropertyTreeTest, APageThatRefusesCannotBeLeft)
     });
 }
 
+// A box stands over the dialog; or, where a page only waits, nothing does.
+TEST_F(PropertyTreeTest, WhatArrivesWhileAPageRefusesChangesNothing)
+{
+    Run([&](TestTree& dialog) {
+        CTreeCtrl& tree = dialog.Tree();
+        const HWND treeWindow = tree;
+        const HTREEITEM fieldsItem = tree.GetNextSiblingItem(tree.GetRootItem());
+        const POINT lastPlace = dialog.GetPlace(tree.GetNextSiblingItem(fieldsItem));
+        dialog.ClickItem(fieldsItem);
+        ::SetFocus(::GetDlgItem(fields, IDC_NUMBER));
+        fields.refuses = true;
+        int asked = 0;
+        fields.whenLeft = [&] {
+            ++asked;
+            const TestThread user([&] {
+                const auto isThere = [] { return ::FindWindowW(nullptr, L"Refused") != nullptr; };
+                ASSERT_TRUE(PumpUntil(isThere));
+                ClickLeft(treeWindow, lastPlace);
+                TypeChord({VK_CONTROL, VK_TAB});
+                TypeKey(VK_RETURN);
+                // Of the box's thread, which may be slow to take its key.
+                EXPECT_TRUE(PumpUntil([&] { return !isThere(); }));
+            });
+            ::MessageBoxW(dialog, L"No", L"Refused", MB_OK);
+        };
+        dialog.ClickItem(tree.GetRootItem());
+        PumpMessages();
+        EXPECT_EQ(asked, 1);
+        fields.whenLeft = [&] {
+            ++asked;
+            ClickLeft(treeWindow, lastPlace);
+            TypeChord({VK_CONTROL, VK_TAB});
+        };
+        dialog.ClickItem(tree.GetRootItem());
+        PumpMessages();
+        EXPECT_EQ(asked, 2) << "not again while it is being asked";
+        EXPECT_EQ(dialog.GetCurrentPage(), &fields);
+        EXPECT_EQ(tree.GetSelectedItem(), fieldsItem);
+        EXPECT_EQ(last.TakeLog(), L"");
+        fields.whenLeft = nullptr;
+        fields.refuses = false;
+        dialog.ClickItem(tree.GetRootItem());
+        EXPECT_EQ(dialog.GetCurrentPage(), &first) << "and it goes on";
+    });
+}
+
 TEST_F(PropertyTreeTest, OkEndsWithTheCurrentPagesConsent)
 {
     EXPECT_EQ(Run([&](TestTree& dialog) { dialog.SendMessage(WM_COMMAND, IDOK); }), IDOK);
@@ -116,10 +166,16 @@ TEST_F(PropertyTreeTest, ControlTabGoesRoundTheVisiblePages)
             go({VK_CONTROL, VK_NEXT});
             go({VK_CONTROL, VK_PRIOR});
         }
+        ::SetFocus(::GetDlgItem(fields, IDC_COMBO));
+        TypeKey(VK_F4);
+        EXPECT_TRUE(::SendDlgItemMessageW(fields, IDC_COMBO, CB_GETDROPPEDSTATE, 0, 0));
+        go({VK_CONTROL, VK_TAB});
+        go({VK_CONTROL, VK_SHIFT, VK_TAB});
+        EXPECT_FALSE(::SendDlgItemMessageW(fields, IDC_COMBO, CB_GETDROPPEDSTATE, 0, 0));
         go({VK_CONTROL, VK_TAB});
         go({VK_CONTROL, VK_TAB});
         go({VK_CONTROL, VK_SHIFT, VK_TAB});
-        EXPECT_EQ(path, L"Fields Last Fields Last Fields Last Fields Last First Last ");
+        EXPECT_EQ(path, L"Fields Last Fields Last Fields Last Fields Last Fields Last First Last ");
         dialog.Tree().Expand(dialog.Tree().GetRootItem(), TVE_EXPAND);
         path.clear();
         go({VK_CONTROL, VK_TAB});
@@ -204,6 +260,21 @@ TEST_F(PropertyTreeTest, PagesComeAndGoWhileItIsOpen)
         EXPECT_EQ(tree.GetCount(), 4u);
         dialog.ShowPage(&first);
         EXPECT_EQ(tree.GetCount(), 6u + 1u);
+        fields.refuses = false;
+        tree.Expand(tree.GetRootItem(), TVE_EXPAND);
+        tree.Expand(tree.GetChildItem(tree.GetRootItem()), TVE_EXPAND);
+        dialog.ClickItem(tree.GetChildItem(tree.GetChildItem(tree.GetRootItem())));
+        EXPECT_EQ(dialog.GetCurrentPage(), &grandchild);
+        dialog.HidePage(&child);  // with the current page below it
+        EXPECT_EQ(dialog.GetCurrentPage(), &first);
+        EXPECT_FALSE(grandchild.IsWindowVisible());
+        dialog.ShowPage(&child);
+        EXPECT_EQ(tree.GetCount(), 7u);
+        EXPECT_TRUE(tree.GetItemState(tree.GetRootItem(), TVIS_EXPANDED)) << "as it was";
+        dialog.HidePage(&first);
+        dialog.ShowPage(&child);  // whose parent is not there
+        EXPECT_EQ(tree.GetCount(), 4u);
+        dialog.ShowPage(&first);
         dialog.RemovePage(&added);
         EXPECT_EQ(added.m_hWnd, nullptr);
         for (TestPage* const page : {&first, &last, &other, &fields}) {
@@ -238,11 +309,90 @@ TEST_F(PropertyTreeTest, SizeAndPlaceAreRememberedAndThePageFollows)
         EXPECT_EQ(least.Size(), small.Size());
         dialog.MoveWindow(&left);
     });
-    Run([&](TestTree& dialog) {
+    const auto whereItOpens = [&] {
         CRect now;
-        dialog.GetWindowRect(&now);
-        EXPECT_EQ(now.Size(), left.Size());
+        Run([&](TestTree& dialog) { dialog.GetWindowRect(&now); });
+        return now;
+    };
+    EXPECT_EQ(whereItOpens().Size(), left.Size());
+    remembered.Set(YUnicodeString(L"1 -5000 -5000 -4400 -4500"));
+    CRect both;
+    const CRect now = whereItOpens();
+    EXPECT_TRUE(both.IntersectRect(
+        &now, CRect(0, 0, ::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN))));
+    EXPECT_EQ(both, now) << "of a monitor that is gone";
+}
+
+// Every size between the smallest and a large one, there and back: nothing drifts by rounding.
+TEST_F(PropertyTreeTest, SizingLeavesEverythingWhereItBelongs)
+{
+    YProfileWindowPlacement remembered(L"Options");
+    placement = &remembered;
+    Run([&](TestTree& dialog) {
+        const HWND controls[] = {first, dialog.Tree(), ::GetDlgItem(dialog, PROPERTY_TREE_HEADER),
+                                 ::GetDlgItem(dialog, IDOK), ::GetDlgItem(dialog, IDCANCEL)};
+        const auto places = [&] {
+            std::vector<CRect> all;
+            for (const HWND control : controls) {
+                CRect place;
+                ::GetWindowRect(control, &place);
+                dialog.ScreenToClient(&place);
+                all.push_back(place);
+            }
+            return all;
+        };
+        CRect small;
+        dialog.GetWindowRect(&small);
+        const std::vector<CRect> before = places();
+        for (int grown = 1; grown < 100; grown += 7) {
+            dialog.SetWindowPos(nullptr, 0, 0, small.Width() + grown * 3, small.Height() + grown,
+                                SWP_NOMOVE | SWP_NOZORDER);
+        }
+        EXPECT_GT(places()[0].Width(), before[0].Width());
+        for (int grown = 99; grown >= 0; grown -= 9) {
+            dialog.SetWindowPos(nullptr, 0, 0, small.Width() + grown * 3, small.Height() + grown,
+                                SWP_NOMOVE | SWP_NOZORDER);
+        }
+        EXPECT_EQ(places(), before);
     });
+}
+
+TEST_F(PropertyTreeTest, DrawsLinesWhereTheSystemHasNoTheme)
+{
+    Run([](TestTree& dialog) {
+        const bool isThemed = ::IsThemeActive() && ::IsAppThemed();
+        const DWORD style = dialog.Tree().GetStyle();
+        EXPECT_EQ((style & TVS_HASLINES) == 0, isThemed);
+        constexpr DWORD always =
+            TVS_HASBUTTONS | TVS_LINESATROOT | TVS_DISABLEDRAGDROP | TVS_SHOWSELALWAYS;
+        EXPECT_EQ(style & always, always);
+    });
+}
+
+// Each opening goes to every page; the pages are the same ones all the time.
+TEST_F(PropertyTreeTest, AThousandOpeningsLeaveNothing)
+{
+    YProfileWindowPlacement remembered(L"Options");
+    placement = &remembered;
+    const auto open = [&](unsigned style) {
+        Run(
+            [&](TestTree& dialog) {
+                dialog.Tree().Expand(dialog.Tree().GetRootItem(), TVE_EXPAND);
+                for (int page = 0; page < 4; ++page) {
+                    dialog.Tree().SelectItem(
+                        dialog.Tree().GetNextVisibleItem(dialog.Tree().GetSelectedItem()));
+                }
+            },
+            style);
+        CWinThread().OnIdle(1);  // the framework's temporary objects go
+    };
+    for (unsigned style = 0; style < 4; ++style) {
+        open(style);
+    }
+    const LeakCheck check;
+    for (unsigned i = 0; i < 1'000; ++i) {
+        open(i % 4);
+    }
 }
 
 TEST_F(PropertyTreeTest, AChangeEnablesApplyWhereThereIsOne)

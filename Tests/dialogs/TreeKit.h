@@ -31,13 +31,14 @@ public:
         return std::wstring(Tree().GetItemText(Tree().GetSelectedItem()).GetString());
     }
     std::wstring HeaderText() { return GetTextOf(::GetDlgItem(*this, PROPERTY_TREE_HEADER)); }
-    void ClickItem(HTREEITEM item)
+    POINT GetPlace(HTREEITEM item)
     {
         RECT place{};
         std::memcpy(&place, &item, sizeof(void*));
         Tree().SendMessage(TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&place));
-        ClickLeft(Tree(), {place.left + 3, place.top + 3});
+        return {place.left + 3, place.top + 3};
     }
+    void ClickItem(HTREEITEM item) { ClickLeft(Tree(), GetPlace(item)); }
 
 protected:
     BOOL OnInitDialog() override
@@ -85,6 +86,9 @@ public:
     BOOL OnKillActive() override
     {
         log += L"kill ";
+        if (whenLeft) {
+            whenLeft();
+        }
         return refuses ? FALSE : YPropertyTreePage::OnKillActive();
     }
     void OnShow() override { log += L"show "; }
@@ -93,6 +97,7 @@ public:
     std::wstring TakeLog() { return std::exchange(log, {}); }
 
     bool refuses = false;
+    std::function<void()> whenLeft;
 
 private:
     const wchar_t* caption;
