@@ -5,6 +5,7 @@
 #include "FrameTest.h"
 #include "OptionsDialog.h"
 #include "resource.h"
+#include "support/DialogLayout.h"
 #include "support/ImportHook.h"
 #include "support/LeakCheck.h"
 
@@ -223,6 +224,18 @@ TEST_F(OptionsTest, ForgetsRecentFilesAtOnceAndStopsRemembering)
     EXPECT_TRUE(settings.GetRecentFiles().empty());
     EXPECT_TRUE(settings.GetRecentHosts().empty());
     EXPECT_EQ(settings.GetPeer().host, L"other") << "the last one is proposed all the same";
+}
+
+// As they are filled; in the language of the process, which is English or French.
+TEST_F(OptionsTest, EveryPageShowsAllThatItSays)
+{
+    Choose([](ScriptedOptions& dialog) {
+        for (int page = IDD_OPTIONS_VIEW; page <= IDD_OPTIONS_RECENT; ++page) {
+            dialog.GoTo(static_cast<unsigned>(page));
+            EXPECT_EQ(FindLayoutFaults(dialog), std::vector<std::string>()) << page;
+            EXPECT_EQ(FindKeyboardFaults(dialog), std::vector<std::string>()) << page;
+        }
+    });
 }
 
 // The system's own boxes for colour and font are not opened here; what comes of them is.
