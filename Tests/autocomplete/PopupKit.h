@@ -95,8 +95,12 @@ inline void TypeChord(std::initializer_list<WORD> keys)
     PumpMessages();
 }
 
+// Once a window manager that is late has given the window back what it took for the pop-up.
 inline void TypeAndAwaitList(char key)
 {
+    EXPECT_TRUE(PumpUntil([] {
+        return ::GetFocus() && ::GetForegroundWindow() == ::GetAncestor(::GetFocus(), GA_ROOT);
+    }));
     TypeKey(static_cast<WORD>(key));
     EXPECT_TRUE(PumpUntil([] { return IsShown(); }));
 }

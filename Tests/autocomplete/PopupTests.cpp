@@ -66,7 +66,8 @@ TEST_F(PopupTest, AClickAcceptsHoweverSlow)
     EXPECT_TRUE(PumpUntil([&] { return !sink.accepted.empty(); }));
     EXPECT_EQ(sink.accepted, Texts{L"a2 list"});
     EXPECT_TRUE(PumpUntil([] { return !IsShown(); }));
-    EXPECT_EQ(::GetFocus(), edit);
+    // A window manager may take the focus for the pop-up's sake, and gives it back.
+    EXPECT_TRUE(PumpUntil([&] { return ::GetFocus() == edit; }));
 }
 
 // Some lists wait for the release inside the press, and tell of the click there.
