@@ -1,6 +1,5 @@
 // The find dialog at places of the host's, typed into.
-#include "autocomplete/PopupKit.h"
-#include "support/Input.h"
+#include "TreeKit.h"
 
 #include <YReportMessageParams.h>
 #include <dialogs/IFindDialogSink.h>
@@ -69,6 +68,7 @@ protected:
         EXPECT_TRUE(dialog->Create(place));
         dialog->ShowWindow(SW_SHOW);
         EXPECT_TRUE(PumpUntil([&] { return ::GetForegroundWindow() == dialog->m_hWnd; }));
+        EXPECT_TRUE(StandsStill(*dialog));
         return dialog;
     }
 

@@ -16,6 +16,24 @@
 
 constexpr UINT scriptMessage = WM_APP + 1;
 
+// The window manager may move a new window, and gives no sign when it is through: until the window
+// has stood still for a while.
+inline bool StandsStill(HWND window)
+{
+    constexpr ULONGLONG milliseconds = 100;
+    CRect last;
+    ULONGLONG since = ::GetTickCount64();
+    return PumpUntil([&] {
+        CRect now;
+        ::GetWindowRect(window, &now);
+        if (now != last) {
+            last = now;
+            since = ::GetTickCount64();
+        }
+        return ::GetTickCount64() - since >= milliseconds;
+    });
+}
+
 // Runs its script once it is open; then it ends by Cancel, if the script has not ended it.
 class TestTree : public YPropertyTreeDialog
 {
@@ -30,6 +48,16 @@ public:
     {
         return std::wstring(Tree().GetItemText(Tree().GetSelectedItem()).GetString());
     }
+    // The whole tree, with what is below a page in brackets behind it.
+    std::wstring TreeText() { return TextFrom(Tree().GetRootItem()); }
+    bool PageFillsFrame()
+    {
+        CRect page;
+        CRect place;
+        GetCurrentPage()->GetWindowRect(&page);
+        ::GetWindowRect(::GetDlgItem(*this, PROPERTY_TREE_PAGE), &place);
+        return page == place;
+    }
     std::wstring HeaderText() { return GetTextOf(::GetDlgItem(*this, PROPERTY_TREE_HEADER)); }
     POINT GetPlace(HTREEITEM item)
     {
@@ -38,7 +66,16 @@ public:
         Tree().SendMessage(TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&place));
         return {place.left + 3, place.top + 3};
     }
-    void ClickItem(HTREEITEM item) { ClickLeft(Tree(), GetPlace(item)); }
+    void ClickItem(HTREEITEM item)
+    {
+        AwaitPlace();
+        ClickLeft(Tree(), GetPlace(item));
+    }
+    void AwaitPlace()
+    {
+        isPlaced = isPlaced || StandsStill(*this);
+        EXPECT_TRUE(isPlaced);
+    }
 
 protected:
     BOOL OnInitDialog() override
@@ -63,6 +100,22 @@ protected:
         }
         return 0;
     }
+
+private:
+    bool isPlaced = false;
+
+    std::wstring TextFrom(HTREEITEM item)
+    {
+        std::wstring text;
+        for (; item; item = Tree().GetNextSiblingItem(item)) {
+            text += text.empty() ? L"" : L" ";
+            text += Tree().GetItemText(item).GetString();
+            if (const HTREEITEM below = Tree().GetChildItem(item)) {
+                text += L"(" + TextFrom(below) + L")";
+            }
+        }
+        return text;
+    }
 };
 
 // Counts what it is asked, and refuses when told to.
@@ -81,7 +134,10 @@ public:
     BOOL OnSetActive() override
     {
         log += L"set ";
-        return YPropertyTreePage::OnSetActive();
+        if (whenEntered) {
+            std::exchange(whenEntered, nullptr)();
+        }
+        return cannotBeEntered ? FALSE : YPropertyTreePage::OnSetActive();
     }
     BOOL OnKillActive() override
     {
@@ -96,8 +152,10 @@ public:
 
     std::wstring TakeLog() { return std::exchange(log, {}); }
 
-    bool refuses = false;
+    bool refuses = false;  // to be left
+    bool cannotBeEntered = false;
     std::function<void()> whenLeft;
+    std::function<void()> whenEntered;  // the next time only
 
 private:
     const wchar_t* caption;
