@@ -63,11 +63,7 @@ TEST_F(PropertyTreeTest, ShowsTheFirstPageWithItsHeaderAndFollowsClicks)
         EXPECT_EQ(dialog.GetCurrentPage(), &last);
         EXPECT_FALSE(first.IsWindowVisible());
         EXPECT_TRUE(last.IsWindowVisible());
-        CRect page;
-        CRect frame;
-        last.GetWindowRect(&page);
-        ::GetWindowRect(::GetDlgItem(dialog, PROPERTY_TREE_PAGE), &frame);
-        EXPECT_EQ(page, frame);
+        EXPECT_TRUE(dialog.PageFillsFrame());
     });
     EXPECT_EQ(result, IDCANCEL);
     EXPECT_EQ(first.m_hWnd, nullptr);
@@ -93,7 +89,15 @@ TEST_F(PropertyTreeTest, APageThatRefusesCannotBeLeft)
         EXPECT_EQ(last.TakeLog(), L"set ") << "asked all the same";
         TypeKey(VK_RETURN);
         EXPECT_TRUE(dialog.IsWindowVisible());
+        dialog.ClickItem(fieldsItem);  // where the user is already
+        TypeKey(VK_UP);
+        EXPECT_EQ(dialog.GetCurrentPage(), &fields);
+        EXPECT_EQ(::GetFocus(), tree.GetSafeHwnd()) << "a key has not taken the focus";
+        ::SetFocus(number);
         fields.refuses = false;
+        last.cannotBeEntered = true;
+        TypeChord({VK_CONTROL, VK_TAB});
+        EXPECT_EQ(dialog.GetCurrentPage(), &fields) << "the other one refuses";
         fields.TakeLog();
         TypeKey(VK_RETURN);
         EXPECT_EQ(fields.TakeLog(), L"kill ") << "only the current page decides";
@@ -129,15 +133,23 @@ TEST_F(PropertyTreeTest, WhatArrivesWhileAPageRefusesChangesNothing)
         PumpMessages();
         EXPECT_EQ(asked, 1);
         fields.whenLeft = [&] {
-            ++asked;
+            if (++asked > 3) {
+                return;
+            }
             ClickLeft(treeWindow, lastPlace);
+            TypeKey(VK_RETURN);
             TypeChord({VK_CONTROL, VK_TAB});
+            dialog.SendMessage(WM_COMMAND, IDOK);
         };
         dialog.ClickItem(tree.GetRootItem());
         PumpMessages();
         EXPECT_EQ(asked, 2) << "not again while it is being asked";
+        dialog.SendMessage(WM_COMMAND, IDOK);
+        PumpMessages();
+        EXPECT_EQ(asked, 3) << "nor by OK";
         EXPECT_EQ(dialog.GetCurrentPage(), &fields);
         EXPECT_EQ(tree.GetSelectedItem(), fieldsItem);
+        EXPECT_EQ(::GetFocus(), ::GetDlgItem(fields, IDC_NUMBER));
         EXPECT_EQ(last.TakeLog(), L"");
         fields.whenLeft = nullptr;
         fields.refuses = false;
@@ -181,6 +193,19 @@ TEST_F(PropertyTreeTest, ControlTabGoesRoundTheVisiblePages)
         go({VK_CONTROL, VK_TAB});
         go({VK_CONTROL, VK_TAB});
         EXPECT_EQ(path, L"First Same ");
+    });
+}
+
+TEST_F(PropertyTreeTest, TheKeysOfABoxOverItAreTheBoxes)
+{
+    Run([&](TestTree& dialog) {
+        CWnd box;
+        ASSERT_TRUE(box.CreateEx(0, nullptr, L"Box", WS_POPUP | WS_VISIBLE, 50, 50, 99, 99, dialog,
+                                 nullptr));
+        ASSERT_TRUE(Activate(box));
+        TypeChord({VK_CONTROL, VK_TAB});
+        EXPECT_EQ(dialog.GetCurrentPage(), &first);
+        box.DestroyWindow();
     });
 }
 
@@ -236,6 +261,25 @@ TEST_F(PropertyTreeTest, ComesBackAsItWasLeftUnlessTheSessionIsNew)
     EXPECT_NE(map.FindEntry(YUnicodeString(L"First~Same")), nullptr);
 }
 
+// Of two pages that were selected when they were last seen the later one is; nobody is asked.
+TEST_F(PropertyTreeTest, OpensWithoutAskingAPageThatNobodyHasSeen)
+{
+    map.CreateEntry(YUnicodeString(L"First~Same"), {false, true});
+    map.CreateEntry(YUnicodeString(L"Last"), {false, true});
+    child.refuses = true;
+    Run([&](TestTree& dialog) {
+        EXPECT_EQ(dialog.GetCurrentPage(), &last);
+        EXPECT_EQ(child.TakeLog(), L"set show ");
+    });
+    EXPECT_FALSE(map[YUnicodeString(L"First~Same")].selected);
+    map[YUnicodeString(L"First~Same")].selected = true;
+    last.cannotBeEntered = true;
+    Run([&](TestTree& dialog) { EXPECT_EQ(dialog.GetCurrentPage(), &child); });
+    EXPECT_FALSE(map[YUnicodeString(L"Last")].selected);
+    newSession = true;
+    Run([&](TestTree& dialog) { EXPECT_EQ(dialog.GetCurrentPage(), &first); });
+}
+
 TEST_F(PropertyTreeTest, PagesComeAndGoWhileItIsOpen)
 {
     Run([&](TestTree& dialog) {
@@ -287,6 +331,61 @@ TEST_F(PropertyTreeTest, PagesComeAndGoWhileItIsOpen)
     });
 }
 
+// The current page is gone, whatever the one says that comes in its place, and whoever is asked.
+TEST_F(PropertyTreeTest, APageThatIsTakenOutIsLeft)
+{
+    const std::function<void(TestTree&)> ways[] = {
+        [&](TestTree& dialog) { dialog.HidePage(&fields); },
+        [&](TestTree& dialog) { dialog.RemovePage(&fields); },
+        [&](TestTree& dialog) {
+            fields.whenLeft = [&] { dialog.HidePage(&fields); };
+            dialog.ClickItem(dialog.Tree().GetRootItem());
+        },
+        [&](TestTree& dialog) {
+            first.whenEntered = [&] { dialog.HidePage(&fields); };
+            dialog.ClickItem(dialog.Tree().GetRootItem());
+        },
+        [&](TestTree& dialog) {
+            first.whenEntered = [&] { dialog.RemovePage(&fields); };
+            dialog.RemovePage(&fields);
+        },
+    };
+    for (const auto& way : ways) {
+        SCOPED_TRACE(&way - ways);
+        Run([&](TestTree& dialog) {
+            fields.refuses = false;
+            dialog.ClickItem(dialog.Tree().GetNextSiblingItem(dialog.Tree().GetRootItem()));
+            ASSERT_EQ(dialog.GetCurrentPage(), &fields);
+            fields.refuses = true;
+            first.cannotBeEntered = true;
+            way(dialog);
+            fields.whenLeft = nullptr;
+            first.whenEntered = nullptr;
+            first.cannotBeEntered = false;
+            PumpMessages();
+            EXPECT_EQ(dialog.TreeText(), L"First(Same(Deep)) Last");
+            ASSERT_EQ(dialog.GetCurrentPage(), &first);
+            EXPECT_EQ(dialog.SelectedLabel(), L"First");
+            EXPECT_TRUE(first.IsWindowVisible());
+            EXPECT_FALSE(fields.m_hWnd && fields.IsWindowVisible());
+        });
+    }
+}
+
+TEST_F(PropertyTreeTest, NobodyGoesToAPageThatIsTakenOutOnTheWay)
+{
+    Run([&](TestTree& dialog) {
+        first.whenLeft = [&] { dialog.HidePage(&last); };
+        TypeKey(VK_END);
+        first.whenLeft = nullptr;
+        EXPECT_EQ(last.TakeLog(), L"");
+        EXPECT_EQ(dialog.GetCurrentPage(), &first);
+        EXPECT_EQ(dialog.SelectedLabel(), L"First");
+        TypeKey(VK_END);
+        EXPECT_EQ(dialog.GetCurrentPage(), &fields);
+    });
+}
+
 TEST_F(PropertyTreeTest, SizeAndPlaceAreRememberedAndThePageFollows)
 {
     YProfileWindowPlacement remembered(L"Options");
@@ -298,11 +397,7 @@ TEST_F(PropertyTreeTest, SizeAndPlaceAreRememberedAndThePageFollows)
         dialog.MoveWindow(60, 70, small.Width() + 120, small.Height() + 80);
         PumpMessages();
         dialog.GetWindowRect(&left);
-        CRect page;
-        CRect frame;
-        first.GetWindowRect(&page);
-        ::GetWindowRect(::GetDlgItem(dialog, PROPERTY_TREE_PAGE), &frame);
-        EXPECT_EQ(page, frame);
+        EXPECT_TRUE(dialog.PageFillsFrame());
         dialog.MoveWindow(60, 70, 10, 10);
         CRect least;
         dialog.GetWindowRect(&least);
@@ -311,7 +406,10 @@ TEST_F(PropertyTreeTest, SizeAndPlaceAreRememberedAndThePageFollows)
     });
     const auto whereItOpens = [&] {
         CRect now;
-        Run([&](TestTree& dialog) { dialog.GetWindowRect(&now); });
+        Run([&](TestTree& dialog) {
+            dialog.AwaitPlace();
+            dialog.GetWindowRect(&now);
+        });
         return now;
     };
     EXPECT_EQ(whereItOpens().Size(), left.Size());

@@ -30,6 +30,20 @@ constexpr DWORD treeStyles =
     TVS_HASBUTTONS | TVS_LINESATROOT | TVS_DISABLEDRAGDROP | TVS_SHOWSELALWAYS;
 constexpr wchar_t nameDivider[] = L"~";
 
+// Sets a flag while it lives.
+class Raised
+{
+public:
+    explicit Raised(bool& which) : flag(which), before(std::exchange(which, true)) {}
+    ~Raised() { flag = before; }
+    Raised(const Raised&) = delete;
+    Raised& operator=(const Raised&) = delete;
+
+private:
+    bool& flag;
+    bool before;
+};
+
 // Where the system draws trees in its theme, branches are told apart without lines.
 bool HasThemedLook(HWND tree)
 {
@@ -37,22 +51,6 @@ bool HasThemedLook(HWND tree)
 }
 
 }  // namespace
-
-// While it lives, a page that is left is not asked.
-class YPropertyTreeDialog::WithoutValidation
-{
-public:
-    explicit WithoutValidation(YPropertyTreeDialog& owner)
-        : dialog(owner), before(std::exchange(owner.suppressValidation, true))
-    {}
-    ~WithoutValidation() { dialog.suppressValidation = before; }
-    WithoutValidation(const WithoutValidation&) = delete;
-    WithoutValidation& operator=(const WithoutValidation&) = delete;
-
-private:
-    YPropertyTreeDialog& dialog;
-    bool before;
-};
 
 YPropertyTreeDialog::YPropertyTreeDialog(const wchar_t* text, unsigned style,
                                          YPropertyPageStateMap* map,
@@ -79,10 +77,18 @@ BOOL YPropertyTreeDialog::OnInitDialog()
     SetModified(false);
     frame.GetWindowRect(&pagePlace);
     ScreenToClient(&pagePlace);
-    PreparePages();
-    EnsureValidSelection();
+    OpenPages();
     GotoDlgCtrl(&tree);
     return FALSE;
+}
+
+// Pages that were selected when they were last here give way to one another, and in a new session to
+// the first one. Nobody has seen them: they are not asked.
+void YPropertyTreeDialog::OpenPages()
+{
+    const Raised opening(isOpening);
+    PreparePages();
+    EnsureValidSelection();
 }
 
 void YPropertyTreeDialog::PreparePages()
@@ -124,13 +130,6 @@ void YPropertyTreeDialog::OnDestroy()
     frame.UnsubclassWindow();
     header.UnsubclassWindow();
     headerBrush.DeleteObject();
-}
-
-void YPropertyTreeDialog::DoOnOK()
-{
-    if (currentPage && currentPage->OnKillActive()) {
-        EndDialog(IDOK);
-    }
 }
 
 void YPropertyTreeDialog::OnApplyClicked()
@@ -271,6 +270,7 @@ void YPropertyTreeDialog::Insert(YPropertyTreePage& page, HTREEITEM parentItem,
     }
     if (page.IsSelected()) {
         tree.SelectItem(page.treeItem);
+        page.SetSelected(currentPage == &page);  // another one may have refused to be left
     }
     tree.Invalidate();
 }
@@ -305,11 +305,14 @@ void YPropertyTreeDialog::TakeOut(YPropertyTreePage& page)
     if (!page.treeItem) {
         return;
     }
-    const WithoutValidation silent(*this);
+    const Raised silent(suppressValidation);
     page.SavePageState();
     if (IsBelow(currentPage, page)) {
         const HTREEITEM first = tree.GetRootItem();
         tree.SelectItem(first == page.treeItem ? tree.GetNextSiblingItem(first) : first);
+    }
+    if (!page.treeItem) {
+        return;  // by the page that has just been told; the tree takes no item for all of them
     }
     tree.DeleteItem(page.treeItem);
     ForgetItems(page);

@@ -73,12 +73,11 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
-    class WithoutValidation;
-
     using Pages = std::vector<YPropertyTreePage*>;
 
     // Pages in the tree: YPropertyTreeDialog.cpp
     bool IsOpen() const { return tree.GetSafeHwnd() != nullptr; }
+    void OpenPages();
     void Prepare(YPropertyTreePage& page);
     void Insert(YPropertyTreePage& page, HTREEITEM parentItem, HTREEITEM insertAfter, bool recurse);
     void AddToLayout(YPropertyTreePage& page);
@@ -92,6 +91,9 @@ private:
 
     // Going from page to page: YPropertyTreeSelection.cpp
     YPropertyTreePage* GetPage(HTREEITEM item) const;
+    template <class Question>
+    bool Ask(Question question);
+    static bool Announce(YPropertyTreePage* next);
     bool MayChange(YPropertyTreePage* next);
     void RestoreFocus(HWND before);
     void ShowCurrent();
@@ -108,8 +110,9 @@ private:
     bool clearSelected = false;
     bool newSession = false;
     bool suppressValidation = false;  // while pages are hidden
+    bool isOpening = false;
     bool allInLayout = false;  // every page is added to the dynamic layout
-    bool isChanging = false;  // a page is being asked whether it may be left
+    bool isAsking = false;  // a page, whether it may be left
     HWND focusBeforeClick = nullptr;  // the window that had it when the tree was pressed
     CRect pagePlace;  // of the frame, client coordinates
 };

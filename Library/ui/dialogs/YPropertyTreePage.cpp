@@ -50,14 +50,13 @@ void YPropertyTreePage::AddPage(YPropertyTreePage* child)
 
 void YPropertyTreePage::RemovePage(YPropertyTreePage* child)
 {
-    const auto place = std::find(children.begin(), children.end(), child);
-    if (place == children.end()) {
+    if (std::find(children.begin(), children.end(), child) == children.end()) {
         return;
     }
     if (parentDialog) {
         parentDialog->OnChildRemoved(*child);
     }
-    children.erase(place);
+    std::erase(children, child);  // found anew: pages may have come and gone meanwhile
     child->parentPage = nullptr;
 }
 

@@ -2,6 +2,7 @@
 #include "YInput.h"
 #include "dialogs/YPropertyTreeDialog.h"
 
+#include <memory>
 #include <utility>
 
 YPropertyTreePage* YPropertyTreeDialog::GetPage(HTREEITEM item) const
@@ -16,29 +17,59 @@ void YPropertyTreeDialog::EnsureValidSelection()
     }
 }
 
-// A change that comes while a page is being asked, as from behind its message box, is refused.
+// One question at a time: a change or an OK that comes while a page is being asked, as from behind its
+// message box, is refused.
+template <class Question>
+bool YPropertyTreeDialog::Ask(Question question)
+{
+    if (std::exchange(isAsking, true)) {
+        return false;
+    }
+    const std::unique_ptr<bool, void (*)(bool*)> end(&isAsking, [](bool* asking) {
+        *asking = false;  // also where a page throws
+    });
+    return question();
+}
+
+// What a page takes out of the tree while it is asked can be neither left nor gone to.
 void YPropertyTreeDialog::OnSelectionChanging(NMHDR* notification, LRESULT* result)
 {
     const auto& change = *reinterpret_cast<const NMTREEVIEWW*>(notification);
-    *result = FALSE;
-    if (std::exchange(isChanging, true)) {
-        *result = TRUE;
-        return;
-    }
+    auto* const next = reinterpret_cast<YPropertyTreePage*>(change.itemNew.lParam);
+    const YPropertyTreePage* const last = currentPage;
     const HWND before = std::exchange(focusBeforeClick, nullptr);
-    if (!MayChange(reinterpret_cast<YPropertyTreePage*>(change.itemNew.lParam))) {
+    const bool isAgreed =
+        suppressValidation ? Announce(next) : Ask([&] { return MayChange(next); });
+    const bool areThere = currentPage == last && (!next || next->treeItem);
+    *result = !isAgreed || !areThere;
+    if (*result) {
         RestoreFocus(before);
-        *result = TRUE;
     }
-    isChanging = false;
+}
+
+// Where validation is suppressed the page is told, and its answer changes nothing: the current page
+// is about to go (test: APageThatIsTakenOutIsLeft).
+bool YPropertyTreeDialog::Announce(YPropertyTreePage* next)
+{
+    if (next) {
+        next->OnSetActive();
+    }
+    return true;
 }
 
 // Both are asked, whatever the first one says: a page that becomes active has always been told.
 bool YPropertyTreeDialog::MayChange(YPropertyTreePage* next)
 {
-    const bool mayLeave = suppressValidation || !currentPage || currentPage->OnKillActive();
-    const bool mayEnter = !next || next->OnSetActive();
+    const bool mayLeave = isOpening || !currentPage || currentPage->OnKillActive();
+    const bool mayEnter = !next || (next->treeItem && next->OnSetActive());
     return mayLeave && mayEnter;
+}
+
+void YPropertyTreeDialog::DoOnOK()
+{
+    if (currentPage && Ask([this] { return currentPage->OnKillActive() != FALSE; })) {
+        EndDialog(IDOK);
+    }
 }
 
 // To the control that refused, if it has taken the focus, else to the one that had it before the
@@ -47,7 +78,7 @@ void YPropertyTreeDialog::RestoreFocus(HWND before)
 {
     const HWND now = ::GetFocus();
     const bool isInPage = currentPage && ::IsChild(*currentPage, now);
-    const HWND target = isInPage || !before ? now : before;
+    const HWND target = isInPage || !::IsWindowVisible(before) ? now : before;
     PostMessage(WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(target), TRUE);
 }
 
@@ -89,14 +120,19 @@ void YPropertyTreeDialog::OnItemExpanding(NMHDR* notification, LRESULT* result)
     *result = FALSE;
 }
 
+// Also called for messages of windows over the dialog, such as a box of a page's: their keys are theirs.
 BOOL YPropertyTreeDialog::PreTranslateMessage(MSG* message)
 {
-    if (message->hwnd == tree.GetSafeHwnd() &&
-        (message->message == WM_LBUTTONDOWN || message->message == WM_RBUTTONDOWN)) {
+    const UINT kind = message->message;
+    if (kind == WM_KEYDOWN) {
+        focusBeforeClick = nullptr;
+        if (::GetAncestor(message->hwnd, GA_ROOT) == m_hWnd &&
+            GoByKey(static_cast<UINT>(message->wParam))) {
+            return TRUE;
+        }
+    } else if (message->hwnd == tree.GetSafeHwnd() &&
+               (kind == WM_LBUTTONDOWN || kind == WM_RBUTTONDOWN)) {
         focusBeforeClick = ::GetFocus();
-    }
-    if (message->message == WM_KEYDOWN && GoByKey(static_cast<UINT>(message->wParam))) {
-        return TRUE;
     }
     return YPropertyTreeDialogBase::PreTranslateMessage(message);
 }
