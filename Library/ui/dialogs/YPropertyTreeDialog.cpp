@@ -75,8 +75,6 @@ BOOL YPropertyTreeDialog::OnInitDialog()
     tree.ModifyStyle(0, treeStyles | (HasThemedLook(tree) ? 0U : TVS_HASLINES));
     SetWindowText(caption.c_str());
     SetModified(false);
-    frame.GetWindowRect(&pagePlace);
-    ScreenToClient(&pagePlace);
     OpenPages();
     GotoDlgCtrl(&tree);
     return FALSE;
@@ -199,7 +197,7 @@ void YPropertyTreeDialog::AddPage(YPropertyTreePage* page)
     if (IsOpen()) {
         Prepare(*page);
         Insert(*page, TVI_ROOT, TVI_LAST, true);
-        EnsureValidSelection();
+        SelectAny();
     }
 }
 
@@ -250,7 +248,10 @@ void YPropertyTreeDialog::Insert(YPropertyTreePage& page, HTREEITEM parentItem,
     if (!page.m_hWnd) {
         return;
     }
-    page.SetWindowPos(nullptr, pagePlace.left, pagePlace.top, pagePlace.Width(), pagePlace.Height(),
+    CRect place;  // the dialog may have been sized since it opened
+    frame.GetWindowRect(&place);
+    ScreenToClient(&place);
+    page.SetWindowPos(nullptr, place.left, place.top, place.Width(), place.Height(),
                       SWP_NOZORDER | SWP_NOACTIVATE);
     const YUnicodeString label = page.GetLabel();
     page.treeItem = tree.InsertItem(label.c_str(), parentItem, insertAfter);
@@ -306,7 +307,6 @@ void YPropertyTreeDialog::TakeOut(YPropertyTreePage& page)
         return;
     }
     const Raised silent(suppressValidation);
-    page.SavePageState();
     if (IsBelow(currentPage, page)) {
         const HTREEITEM first = tree.GetRootItem();
         tree.SelectItem(first == page.treeItem ? tree.GetNextSiblingItem(first) : first);
@@ -314,6 +314,7 @@ void YPropertyTreeDialog::TakeOut(YPropertyTreePage& page)
     if (!page.treeItem) {
         return;  // by the page that has just been told; the tree takes no item for all of them
     }
+    ForEach({&page}, [](YPropertyTreePage& gone) { gone.SavePageState(); });
     tree.DeleteItem(page.treeItem);
     ForgetItems(page);
     if (tree.GetCount() == 0 && currentPage) {
@@ -346,7 +347,7 @@ void YPropertyTreeDialog::ShowPage(YPropertyTreePage* page)
     if (page->parentPage && page->parentPage->IsExpanded()) {
         tree.Expand(parentItem, TVE_EXPAND);
     }
-    EnsureValidSelection();
+    SelectAny();
 }
 
 void YPropertyTreeDialog::CollapsePage(YPropertyTreePage* page)

@@ -91,6 +91,7 @@ private:
 
     // Going from page to page: YPropertyTreeSelection.cpp
     YPropertyTreePage* GetPage(HTREEITEM item) const;
+    void SelectAny();
     template <class Question>
     bool Ask(Question question);
     static bool Announce(YPropertyTreePage* next);
@@ -114,5 +115,4 @@ private:
     bool allInLayout = false;  // every page is added to the dynamic layout
     bool isAsking = false;  // a page, whether it may be left
     HWND focusBeforeClick = nullptr;  // the window that had it when the tree was pressed
-    CRect pagePlace;  // of the frame, client coordinates
 };

@@ -12,7 +12,16 @@ YPropertyTreePage* YPropertyTreeDialog::GetPage(HTREEITEM item) const
 
 void YPropertyTreeDialog::EnsureValidSelection()
 {
-    if (newSession || !tree.GetSelectedItem()) {
+    if (newSession) {
+        tree.SelectItem(tree.GetRootItem());
+    }
+    SelectAny();
+}
+
+// In a new session, too, the user stays where he is when pages come later.
+void YPropertyTreeDialog::SelectAny()
+{
+    if (!tree.GetSelectedItem()) {
         tree.SelectItem(tree.GetRootItem());
     }
 }
