@@ -280,6 +280,19 @@ TEST_F(PropertyTreeTest, OpensWithoutAskingAPageThatNobodyHasSeen)
     Run([&](TestTree& dialog) { EXPECT_EQ(dialog.GetCurrentPage(), &first); });
 }
 
+TEST_F(PropertyTreeTest, APageThatIsHiddenIsNotTheOneToComeBackTo)
+{
+    Run([&](TestTree& dialog) {
+        CTreeCtrl& tree = dialog.Tree();
+        tree.Expand(tree.GetChildItem(tree.GetRootItem()), TVE_EXPAND);
+        dialog.HidePage(&first);
+        dialog.ClickItem(tree.GetNextSiblingItem(tree.GetRootItem()));
+        dialog.HidePage(&last);
+    });
+    EXPECT_TRUE(map[YUnicodeString(L"First~Same")].expanded) << "below a hidden one";
+    Run([&](TestTree& dialog) { EXPECT_EQ(dialog.GetCurrentPage(), &fields); });
+}
+
 TEST_F(PropertyTreeTest, PagesComeAndGoWhileItIsOpen)
 {
     Run([&](TestTree& dialog) {
@@ -328,6 +341,63 @@ TEST_F(PropertyTreeTest, PagesComeAndGoWhileItIsOpen)
         EXPECT_EQ(dialog.GetCurrentPage(), nullptr);
         dialog.SendMessage(WM_COMMAND, IDOK);  // nothing happens
         EXPECT_TRUE(dialog.IsWindowVisible());
+    });
+}
+
+TEST_F(PropertyTreeTest, HiddenPagesComeBackInTheirPlaces)
+{
+    TestPage second{L"Second"};
+    TestPage third{L"Third"};
+    first.AddPage(&second);
+    first.AddPage(&third);
+    struct Case
+    {
+        const char* name;
+        std::vector<TestPage*> hidden;
+        const wchar_t* rest;
+        const TestPage* current;  // the first one at the beginning
+        std::vector<TestPage*> shown;
+    };
+    const wchar_t* const all = L"First(Same(Deep) Second Third) Fields Last";
+    const Case cases[] = {
+        {"first", {&first}, L"Fields Last", &fields, {&first}},
+        {"middle", {&fields}, L"First(Same(Deep) Second Third) Last", &first, {&fields}},
+        {"last", {&last}, L"First(Same(Deep) Second Third) Fields", &first, {&last}},
+        {"first child", {&child}, L"First(Second Third) Fields Last", &first, {&child}},
+        {"middle child", {&second}, L"First(Same(Deep) Third) Fields Last", &first, {&second}},
+        {"neighbours, in the other order",
+         {&child, &second},
+         L"First(Third) Fields Last",
+         &first,
+         {&second, &child}},
+        {"below a hidden one", {&first, &child}, L"Fields Last", &fields, {&child, &first}},
+        {"twice", {&last, &last}, L"First(Same(Deep) Second Third) Fields", &first, {&last, &last}},
+        {"all", {&first, &fields, &last}, L"", nullptr, {&last, &fields, &first}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        newSession = true;  // each begins on the first page
+        Run([&](TestTree& dialog) {
+            for (TestPage* const page : c.hidden) {
+                dialog.HidePage(page);
+            }
+            EXPECT_EQ(dialog.TreeText(), c.rest);
+            EXPECT_EQ(dialog.GetCurrentPage(), c.current);
+            for (TestPage* const page : c.shown) {
+                dialog.ShowPage(page);
+            }
+            EXPECT_EQ(dialog.TreeText(), all);
+            ASSERT_NE(dialog.GetCurrentPage(), nullptr);
+            EXPECT_EQ(dialog.SelectedLabel(), dialog.GetCurrentPage()->GetLabel().c_str());
+            EXPECT_TRUE(dialog.GetCurrentPage()->IsWindowVisible());
+        });
+    }
+    Run([&](TestTree& dialog) {
+        dialog.ClickItem(dialog.Tree().GetNextSiblingItem(dialog.Tree().GetRootItem()));
+        dialog.HidePage(&last);
+        dialog.ShowPage(&last);
+        dialog.AddPage(&added);
+        EXPECT_EQ(dialog.GetCurrentPage(), &fields) << "also in a new session";
     });
 }
 
@@ -386,6 +456,31 @@ TEST_F(PropertyTreeTest, NobodyGoesToAPageThatIsTakenOutOnTheWay)
     });
 }
 
+TEST_F(PropertyTreeTest, BranchesAreAddedThreeDeepWhileItIsOpen)
+{
+    Run([&](TestTree& dialog) {
+        TestPage leaf{L"Leaf\nThe leaf"};
+        dialog.AddPage(&other);
+        other.AddPage(&added);
+        added.AddPage(&leaf);
+        EXPECT_EQ(dialog.TreeText(), L"First(Same(Deep)) Fields Last Same(Added(Leaf))");
+        dialog.RemovePage(&other);
+        EXPECT_EQ(leaf.m_hWnd, nullptr);
+        dialog.AddPage(&other);  // all of them at once
+        EXPECT_EQ(dialog.TreeText(), L"First(Same(Deep)) Fields Last Same(Added(Leaf))");
+        EXPECT_EQ(leaf.GetStateMapName(), L"Same~Added~Leaf");
+        for (const WORD key : {VK_END, VK_RIGHT, VK_RIGHT, VK_RIGHT, VK_RIGHT}) {
+            TypeKey(key);
+        }
+        EXPECT_EQ(dialog.GetCurrentPage(), &leaf);
+        EXPECT_EQ(dialog.HeaderText(), L"  The leaf");
+        EXPECT_TRUE(dialog.PageFillsFrame());
+        dialog.RemovePage(&other);  // with the current page two below it
+        added.RemovePage(&leaf);
+        EXPECT_EQ(dialog.GetCurrentPage(), &first);
+    });
+}
+
 TEST_F(PropertyTreeTest, SizeAndPlaceAreRememberedAndThePageFollows)
 {
     YProfileWindowPlacement remembered(L"Options");
@@ -419,6 +514,8 @@ TEST_F(PropertyTreeTest, SizeAndPlaceAreRememberedAndThePageFollows)
     EXPECT_TRUE(both.IntersectRect(
         &now, CRect(0, 0, ::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN))));
     EXPECT_EQ(both, now) << "of a monitor that is gone";
+    remembered.Set(YUnicodeString(L"1 100 100 150 140"));
+    EXPECT_EQ(whereItOpens().Size(), small.Size()) << "of a smaller layout";
 }
 
 // Every size between the smallest and a large one, there and back: nothing drifts by rounding.
@@ -452,6 +549,32 @@ TEST_F(PropertyTreeTest, SizingLeavesEverythingWhereItBelongs)
                                 SWP_NOMOVE | SWP_NOZORDER);
         }
         EXPECT_EQ(places(), before);
+    });
+}
+
+TEST_F(PropertyTreeTest, PagesFitWheneverTheyComeAndWhateverTheSize)
+{
+    YProfileWindowPlacement remembered(L"Options");
+    remembered.Set(YUnicodeString(L"1 60 70 860 670"));
+    placement = &remembered;
+    Run([&](TestTree& dialog) {
+        const auto everyPageFits = [&] {
+            bool fits = true;
+            for (HTREEITEM item = dialog.Tree().GetRootItem(); item;
+                 item = dialog.Tree().GetNextSiblingItem(item)) {
+                dialog.Tree().SelectItem(item);
+                fits = fits && dialog.PageFillsFrame();
+            }
+            return fits;
+        };
+        EXPECT_TRUE(everyPageFits());
+        dialog.HidePage(&fields);
+        dialog.MoveWindow(60, 70, 10, 10);
+        dialog.ShowPage(&fields);
+        dialog.AddPage(&other);
+        EXPECT_TRUE(everyPageFits());
+        dialog.MoveWindow(60, 70, 900, 600);
+        EXPECT_TRUE(everyPageFits());
     });
 }
 
