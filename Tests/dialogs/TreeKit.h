@@ -9,7 +9,6 @@
 #include <dialogs/YPropertyTreeDialog.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <functional>
 #include <string>
 #include <utility>
@@ -62,8 +61,7 @@ public:
     POINT GetPlace(HTREEITEM item)
     {
         RECT place{};
-        std::memcpy(&place, &item, sizeof(void*));
-        Tree().SendMessage(TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&place));
+        Tree().GetItemRect(item, &place, TRUE);
         return {place.left + 3, place.top + 3};
     }
     void ClickItem(HTREEITEM item)

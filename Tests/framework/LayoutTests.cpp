@@ -118,16 +118,6 @@ TEST_F(DynamicLayoutTest, TheLeastSizeHoldsForTheUserAndForTheChildren)
     EXPECT_EQ(Places(), before);
 }
 
-TEST_F(DynamicLayoutTest, RefusesStrangersAndTwins)
-{
-    Layout& layout = *dialog.GetDynamicLayout();
-    EXPECT_FALSE(layout.AddItem(IDOK, Layout::MoveNone(), Layout::SizeNone()));
-    EXPECT_FALSE(layout.AddItem(4711, Layout::MoveNone(), Layout::SizeNone()));
-    EXPECT_FALSE(layout.AddItem(top, Layout::MoveNone(), Layout::SizeNone()));
-    EXPECT_TRUE(layout.HasItem(::GetDlgItem(dialog, IDOK)));
-    EXPECT_FALSE(layout.HasItem(top));
-}
-
 TEST_F(DynamicLayoutTest, HiddenChildrenFollowAndDestroyedOnesAreForgotten)
 {
     const CRect before = PlaceOf(IDOK);
@@ -163,16 +153,4 @@ TEST_F(DynamicLayoutTest, AFailingListOfMovesIsMadeUpFor)
     const ImportHook defer(L"CommonFramework.dll", "user32.dll", "DeferWindowPos", &FailToDefer);
     GrowBy(10, 10);
     EXPECT_EQ(PlaceOf(IDOK), before + CPoint(10, 10));
-}
-
-TEST_F(DynamicLayoutTest, CanBeSwitchedOffAndEndsWithTheWindow)
-{
-    const CRect before = PlaceOf(IDOK);
-    EXPECT_TRUE(dialog.EnableDynamicLayout(FALSE));
-    GrowBy(10, 10);
-    EXPECT_EQ(PlaceOf(IDOK), before);
-    ASSERT_TRUE(dialog.EnableDynamicLayout());
-    dialog.DestroyWindow();
-    EXPECT_EQ(dialog.GetDynamicLayout(), nullptr);
-    EXPECT_FALSE(dialog.EnableDynamicLayout());
 }
