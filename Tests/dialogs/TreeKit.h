@@ -15,24 +15,6 @@
 
 constexpr UINT scriptMessage = WM_APP + 1;
 
-// The window manager may move a new window, and gives no sign when it is through: until the window
-// has stood still for a while.
-inline bool StandsStill(HWND window)
-{
-    constexpr ULONGLONG milliseconds = 100;
-    CRect last;
-    ULONGLONG since = ::GetTickCount64();
-    return PumpUntil([&] {
-        CRect now;
-        ::GetWindowRect(window, &now);
-        if (now != last) {
-            last = now;
-            since = ::GetTickCount64();
-        }
-        return ::GetTickCount64() - since >= milliseconds;
-    });
-}
-
 // Runs its script once it is open; then it ends by Cancel, if the script has not ended it.
 class TestTree : public YPropertyTreeDialog
 {

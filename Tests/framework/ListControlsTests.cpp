@@ -57,6 +57,7 @@ protected:
         ASSERT_TRUE(dialog.Create(IDD_LISTS, &top));
         dialog.ShowWindow(SW_SHOW);
         ASSERT_TRUE(Activate(dialog));
+        ASSERT_TRUE(StandsStill(dialog));
         for (const wchar_t* line : {L"zero", L"one", L"two", L"three"}) {
             const int index = list.AddString(line);
             list.SetItemData(index, static_cast<DWORD_PTR>(index) + 100);

@@ -145,3 +145,19 @@ bool Activate(HWND window)
     };
     return PumpUntil(bring);
 }
+
+bool StandsStill(HWND window)
+{
+    constexpr ULONGLONG milliseconds = 100;
+    CRect last;
+    ULONGLONG since = ::GetTickCount64();
+    return PumpUntil([&] {
+        CRect now;
+        ::GetWindowRect(window, &now);
+        if (now != last) {
+            last = now;
+            since = ::GetTickCount64();
+        }
+        return ::GetTickCount64() - since >= milliseconds;
+    });
+}

@@ -31,3 +31,7 @@ void TypeText(std::wstring_view text);
 
 // Brings a window to the front and gives it the focus, as a click on its caption would.
 bool Activate(HWND window);
+
+// A window manager may move a new window for a moment, in which clicks miss it, and gives no sign when
+// it is through: true once the window has stood still for a while. Before the first click on it.
+bool StandsStill(HWND window);
