@@ -24,7 +24,7 @@ esac
 
 cd "$commonui_root"
 tools/setup
-COMMONUI_DEPENDENCIES="$(recipe_folder googletest);$(recipe_folder benchmark)"
+COMMONUI_DEPENDENCIES="$(recipe_folder googletest);$(recipe_folder benchmark);$(recipe_folder openssl)"
 export COMMONUI_DEPENDENCIES
 
 # Two runs in one clone would build into one folder: the second waits.
