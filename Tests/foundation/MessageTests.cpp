@@ -223,9 +223,9 @@ TEST(MessageTable, HasTheTextsInTheUsersLanguage)
                   L"\xC9"
                   L"chec g\xE9n\xE9rique du presse-papiers."},
                  {MSG_CERTIFICATE_LIBRARY_NOT_AVAILABLE, 0xE10400CD,
-                  L"The certificate library is not available.",
+                  L"The certificate library is not available.\r\n\r\n%1",
                   L"La biblioth\xE8que de certificats n\x2019"
-                  L"est pas disponible."}};
+                  L"est pas disponible.\r\n\r\n%1"}};
     for (const auto& c : cases) {
         EXPECT_EQ(c.id, c.value);
         YReportMessageParams message(c.id);
