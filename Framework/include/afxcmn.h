@@ -26,6 +26,22 @@ class COMMONFRAMEWORK_API CToolTipCtrl : public CWnd
     }
 };
 
+// A bar that shows how far something has come, or that something goes on.
+class COMMONFRAMEWORK_API CProgressCtrl : public CWnd
+{
+    DECLARE_DYNAMIC(CProgressCtrl)
+
+    virtual BOOL Create(DWORD dwStyle, const RECT& rect, CWnd* pParentWnd, UINT nID);
+    using CWnd::Create;
+
+    // A control with PBS_MARQUEE moves while it is on. nInterval: milliseconds between two steps.
+    BOOL SetMarquee(BOOL fMarqueeMode, int nInterval)
+    {
+        return static_cast<BOOL>(SendMessage(PBM_SETMARQUEE, static_cast<WPARAM>(fMarqueeMode),
+                                             static_cast<LPARAM>(nInterval)));
+    }
+};
+
 // A tree of labels. Items are the control's; an item that is deleted takes its children along.
 class COMMONFRAMEWORK_API CTreeCtrl : public CWnd
 {

@@ -8,15 +8,12 @@
 #include "support/DialogLayout.h"
 #include "support/ImportHook.h"
 #include "support/LeakCheck.h"
+#include "support/ScriptedModal.h"
 
 #include <dialogs/PropertyTreeIds.h>
 #include <dialogs/TlsVersionsIds.h>
 
-#include <functional>
-
 namespace {
-
-constexpr UINT scriptMessage = WM_APP + 1;
 
 int shownMessages = 0;
 
@@ -26,13 +23,10 @@ int WINAPI RecordMessage(HWND, LPCWSTR, LPCWSTR, UINT)
     return IDOK;
 }
 
-// Runs its script once it is open; then it ends by Cancel, if the script has not ended it.
-class ScriptedOptions : public OptionsDialog
+class ScriptedOptions : public ScriptedModal<OptionsDialog>
 {
 public:
-    using OptionsDialog::OptionsDialog;
-
-    std::function<void()> script;
+    using ScriptedModal::ScriptedModal;
 
     HWND Control(int id) { return ::GetDlgItem(*GetCurrentPage(), id); }
     unsigned PageId() { return GetCurrentPage()->GetResourceID(); }
@@ -42,27 +36,6 @@ public:
             TypeChord({VK_CONTROL, VK_TAB});
         }
         EXPECT_EQ(PageId(), page);
-    }
-
-protected:
-    BOOL OnInitDialog() override
-    {
-        const BOOL setsFocus = OptionsDialog::OnInitDialog();
-        PostMessage(scriptMessage);
-        return setsFocus;
-    }
-    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
-    {
-        if (message != scriptMessage) {
-            return OptionsDialog::WindowProc(message, wParam, lParam);
-        }
-        const HWND handle = m_hWnd;
-        ::SetForegroundWindow(handle);
-        EXPECT_TRUE(PumpUntil(
-            [handle] { return ::GetForegroundWindow() == handle && ::IsWindowVisible(handle); }));
-        script();
-        ::PostMessageW(handle, WM_COMMAND, IDCANCEL, 0);
-        return 0;
     }
 };
 

@@ -3,7 +3,7 @@
 
 #include "PropertyTreePages.h"
 #include "autocomplete/PopupKit.h"
-#include "support/Input.h"
+#include "support/ScriptedModal.h"
 
 #include <dialogs/PropertyTreeIds.h>
 #include <dialogs/YPropertyTreeDialog.h>
@@ -13,15 +13,11 @@
 #include <string>
 #include <utility>
 
-constexpr UINT scriptMessage = WM_APP + 1;
-
-// Runs its script once it is open; then it ends by Cancel, if the script has not ended it.
-class TestTree : public YPropertyTreeDialog
+class TestTree : public ScriptedModal<YPropertyTreeDialog>
 {
 public:
-    using YPropertyTreeDialog::YPropertyTreeDialog;
+    using ScriptedModal::ScriptedModal;
 
-    std::function<void()> script;
     unsigned applied = 0;
 
     CTreeCtrl& Tree() { return static_cast<CTreeCtrl&>(*GetDlgItem(PROPERTY_TREE_TREE)); }
@@ -58,28 +54,7 @@ public:
     }
 
 protected:
-    BOOL OnInitDialog() override
-    {
-        const BOOL setsFocus = YPropertyTreeDialog::OnInitDialog();
-        PostMessage(scriptMessage);
-        return setsFocus;
-    }
     void OnApply() override { ++applied; }
-    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override
-    {
-        if (message != scriptMessage) {
-            return YPropertyTreeDialog::WindowProc(message, wParam, lParam);
-        }
-        const HWND handle = m_hWnd;
-        ::SetForegroundWindow(handle);
-        EXPECT_TRUE(PumpUntil(
-            [handle] { return ::GetForegroundWindow() == handle && ::IsWindowVisible(handle); }));
-        script();
-        if (::IsWindow(handle)) {
-            ::PostMessageW(handle, WM_COMMAND, IDCANCEL, 0);
-        }
-        return 0;
-    }
 
 private:
     bool isPlaced = false;

@@ -1,0 +1,28 @@
+// CertificateDialogIds.h: the template of the certificate dialog and its controls. Also read by the
+// resource compiler, so it holds preprocessor constants and nothing else.
+#ifndef CERTIFICATE_DIALOG_IDS_H
+#define CERTIFICATE_DIALOG_IDS_H
+
+#define CERTIFICATE_DIALOG 3040
+
+// Consecutive: the fields that a user types into.
+#define CERTIFICATE_COMMON_NAME 3041
+#define CERTIFICATE_ORGANIZATION 3042
+#define CERTIFICATE_ORGANIZATIONAL_UNIT 3043
+#define CERTIFICATE_COUNTRY 3044
+#define CERTIFICATE_STATE 3045
+#define CERTIFICATE_LOCALITY 3046
+#define CERTIFICATE_EMAIL 3047
+#define CERTIFICATE_PATH 3048
+
+#define CERTIFICATE_BROWSE 3049
+#define CERTIFICATE_EXPIRATION 3050
+#define CERTIFICATE_KEY_SIZE 3051
+#define CERTIFICATE_ALGORITHM 3052
+#define CERTIFICATE_INTRODUCTION 3053
+#define CERTIFICATE_EXPLANATION 3054
+#define CERTIFICATE_EXPLANATION_FRAME 3055
+#define CERTIFICATE_PROGRESS 3056
+#define CERTIFICATE_GENERATE 3057
+
+#endif
