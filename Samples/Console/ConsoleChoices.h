@@ -35,6 +35,7 @@ struct ConsoleChoices
     unsigned lineEnd = static_cast<unsigned>(LineEnd::CrLf);
     bool showsSent = true;
     DWORD tlsVersions = YProfileTlsVersions::allVersions;
+    std::wstring certificate;  // its file; empty: none
     bool logs = false;  // every connection from its start
     std::wstring logFolder;
 

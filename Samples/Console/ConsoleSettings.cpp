@@ -65,6 +65,7 @@ struct TextValue
 constexpr TextValue texts[] = {
     {L"Font", &ConsoleChoices::font},
     {L"Log Folder", &ConsoleChoices::logFolder},
+    {L"Certificate", &ConsoleChoices::certificate},
 };
 
 struct ColorValue

@@ -55,6 +55,7 @@ public:
 
     YProfileWindowPlacement& GetPlacement() { return placement; }
     YProfileWindowPlacement& GetOptionsPlacement() { return optionsPlacement; }
+    YProfileWindowPlacement& GetCertificatePlacement() { return certificatePlacement; }
     // How the pages of the options were left; until the program ends.
     YPropertyPageStateMap& GetPageStates() { return pageStates; }
     // Of the find box, on the screen; (-1, -1): where the system puts it.
@@ -62,9 +63,9 @@ public:
     void SetFindPlace(YPoint place);
 
 private:
-    std::array<YProfileData*, 5> GetValues()
+    std::array<YProfileData*, 6> GetValues()
     {
-        return {&host, &port, &placement, &optionsPlacement, &findPlace};
+        return {&host, &port, &placement, &optionsPlacement, &certificatePlacement, &findPlace};
     }
     bool IsModified();
 
@@ -75,6 +76,7 @@ private:
     YProfile2<unsigned, YProfileDword> port{L"Port", 23};
     YProfileWindowPlacement placement{L"Window"};
     YProfileWindowPlacement optionsPlacement{L"Options Window"};
+    YProfileWindowPlacement certificatePlacement{L"Certificate Window"};
     YProfile2<YUnicodeString, YProfileSz> findPlace{L"Find Window"};
     YPropertyPageStateMap pageStates;
     RecentList recentFiles{L"Recent Files", L"File", mostRecentFiles};

@@ -1,5 +1,6 @@
 #include "OptionPages.h"
 
+#include "CertificateText.h"
 #include "ConsoleMessages.h"
 #include "ConsoleSettings.h"
 #include "ConsoleText.h"
@@ -10,6 +11,8 @@
 #include <YMessageBox.h>
 #include <YReportMessageParams.h>
 #include <afxdlgs.h>
+#include <certificates/CreateCertificateDialog.h>
+#include <certificates/YCertificatePath.h>
 #include <dialogs/YTlsVersionsPlugin.h>
 
 #include <algorithm>
@@ -265,6 +268,61 @@ BOOL TlsPage::OnKillActive()
         OnChange();
     }
     return TRUE;
+}
+
+// Certificate
+
+BEGIN_MESSAGE_MAP(CertificatePage, OptionPage)
+    ON_BN_CLICKED(IDC_CERTIFICATE_CREATE, &CertificatePage::OnCreateCertificate)
+    ON_BN_CLICKED(IDC_CERTIFICATE_BROWSE, &CertificatePage::OnBrowse)
+    ON_CONTROL(EN_KILLFOCUS, IDC_CERTIFICATE, &CertificatePage::OnPathLeft)
+END_MESSAGE_MAP()
+
+CertificatePage::CertificatePage(ConsoleChoices& edited, ConsoleSettings& remembered)
+    : OptionPage(IDD_OPTIONS_CERTIFICATE, edited), settings(remembered)
+{}
+
+void CertificatePage::Exchange(CDataExchange& exchange)
+{
+    ExchangeText(exchange, IDC_CERTIFICATE, MAX_PATH, choices.certificate);
+    YDDV_ValidateCertificatePath(&exchange, choices.certificate.c_str());
+    if (!exchange.m_bSaveAndValidate) {
+        OnPathLeft();
+    }
+}
+
+void CertificatePage::OnPathLeft()
+{
+    CString file;
+    GetDlgItem(IDC_CERTIFICATE)->GetWindowText(file);
+    GetDlgItem(IDC_CERTIFICATE_DETAILS)
+        ->SetWindowText(DescribeCertificate(file.GetString()).c_str());
+}
+
+void CertificatePage::ShowFile(const wchar_t* file)
+{
+    GetDlgItem(IDC_CERTIFICATE)->SetWindowText(file);
+    OnPathLeft();
+}
+
+// For this program as a client, with a request for an authority.
+void CertificatePage::OnCreateCertificate()
+{
+    constexpr std::uint8_t flags =
+        YCertificateParameters::clientFlag | YCertificateParameters::requestFlag;
+    CreateCertificateDialog dialog(L"Console", SslLib::OpenSsl, flags,
+                                   &settings.GetCertificatePlacement(), this);
+    if (dialog.DoModal() == IDOK) {
+        ShowFile(dialog.GetPath().c_str());
+    }
+}
+
+void CertificatePage::OnBrowse()
+{
+    YUnicodeString file;
+    if (BrowseForCertificateFile(this, LoadText(IDS_CERTIFICATE_FILE).c_str(), file)) {
+        ShowFile(file.c_str());
+    }
 }
 
 // Log

@@ -112,6 +112,24 @@ private:
     YTlsVersionsPlugin* plugin = nullptr;  // deletes itself with its window
 };
 
+class CertificatePage : public OptionPage
+{
+public:
+    CertificatePage(ConsoleChoices& edited, ConsoleSettings& remembered);
+
+protected:
+    void Exchange(CDataExchange& exchange) override;
+    afx_msg void OnCreateCertificate();
+    afx_msg void OnBrowse();
+    afx_msg void OnPathLeft();
+    DECLARE_MESSAGE_MAP()
+
+private:
+    void ShowFile(const wchar_t* file);
+
+    ConsoleSettings& settings;  // borrowed
+};
+
 class LogPage : public OptionPage
 {
 public:

@@ -61,6 +61,7 @@ OptionsDialog::OptionsDialog(ConsoleSettings& remembered, CWnd* parent)
     view.AddPage(&colors);
     view.AddPage(&font);
     connection.AddPage(&tls);
+    connection.AddPage(&certificate);
     connection.AddPage(&log);
     files.AddPage(&recent);
     for (YPropertyTreePage* const page :

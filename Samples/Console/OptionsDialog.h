@@ -33,6 +33,7 @@ private:
     SearchPage find{choices};
     ConnectionPage connection{choices};
     TlsPage tls{choices};
+    CertificatePage certificate{choices, settings};
     LogPage log{choices};
     FilesPage files{choices};
     RecentPage recent{choices};

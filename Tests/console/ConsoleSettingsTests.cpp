@@ -115,6 +115,7 @@ TEST_F(ConsoleSettingsTest, EveryChoiceComesBack)
     other.lineEnd = static_cast<unsigned>(LineEnd::Cr);
     other.tlsVersions = YProfileTlsVersions::version13;
     other.logFolder = L"C:\\caf\xE9; \"a\"=1";
+    other.certificate = L"C:\\me.pfx";
     other.codePage = 1251;
     other.tabWidth = 3;
     ConsoleSettings settings = Load();

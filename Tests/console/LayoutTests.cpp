@@ -10,7 +10,7 @@ TEST(ConsoleDialogs, ShowAllThatTheySay)
     const std::vector<int> templates = FindDialogTemplates(program);
     EXPECT_GE(templates.size(), 10u);
     for (const int id : templates) {
-        const bool isPage = id >= IDD_OPTIONS_VIEW && id <= IDD_OPTIONS_RECENT;
+        const bool isPage = id >= IDD_OPTIONS_VIEW && id <= IDD_OPTIONS_CERTIFICATE;
         for (const Wording wording : allWordings) {
             SCOPED_TRACE(std::to_string(id) + " in wording " +
                          std::to_string(static_cast<int>(wording)));

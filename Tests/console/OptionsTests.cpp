@@ -4,12 +4,15 @@
 #include "ConsoleMessages.h"
 #include "FrameTest.h"
 #include "OptionsDialog.h"
+#include "backends/ScratchFolder.h"
 #include "resource.h"
 #include "support/DialogLayout.h"
 #include "support/ImportHook.h"
 #include "support/LeakCheck.h"
 #include "support/ScriptedModal.h"
+#include "support/TestThread.h"
 
+#include <certificates/CertificateDialogIds.h>
 #include <dialogs/PropertyTreeIds.h>
 #include <dialogs/TlsVersionsIds.h>
 
@@ -199,11 +202,49 @@ TEST_F(OptionsTest, ForgetsRecentFilesAtOnceAndStopsRemembering)
     EXPECT_EQ(settings.GetPeer().host, L"other") << "the last one is proposed all the same";
 }
 
+// Made from the page, shown there, and chosen.
+TEST_F(OptionsTest, ACertificateIsMadeAndShown)
+{
+    const ScratchFolder folder;
+    const std::wstring path = folder.GetPath(L"console.pfx");
+    const INT_PTR result = Choose([&](ScriptedOptions& dialog) {
+        dialog.GoTo(IDD_OPTIONS_CERTIFICATE);
+        const HWND options = dialog;
+        const TestThread user([&] {
+            const auto inFront = [&](const wchar_t* title) {
+                const HWND window = ::FindWindowW(nullptr, title);
+                return window && ::GetForegroundWindow() == window;
+            };
+            if (!PumpUntil([&] { return inFront(L"Create Certificate"); }, 20'000)) {
+                return;
+            }
+            const HWND maker = ::GetForegroundWindow();
+            TypeText(L"me");
+            ::SetDlgItemTextW(maker, CERTIFICATE_PATH, path.c_str());
+            ::SendDlgItemMessageW(maker, CERTIFICATE_KEY_SIZE, CB_SETCURSEL, 0, 0);
+            TypeKey(VK_RETURN);
+            PumpUntil([&] { return !::IsWindow(maker) && inFront(L"Options"); }, 60'000);
+        });
+        TypeChord({VK_MENU, 'C'});
+        EXPECT_TRUE(PumpUntil([&] { return ::GetForegroundWindow() == options; }, 60'000));
+        std::wstring details(400, L'\0');
+        details.resize(static_cast<std::size_t>(
+            ::GetWindowTextW(dialog.Control(IDC_CERTIFICATE_DETAILS), details.data(), 400)));
+        EXPECT_EQ(details.find(L"Subject: CN=me\r\nValid: "), 0u) << details;
+        EXPECT_NE(details.find(L"Key: 1024 bits"), std::wstring::npos) << details;
+        TypeKey(VK_RETURN);
+    });
+    EXPECT_EQ(result, IDOK);
+    EXPECT_EQ(shownMessages, 0);
+    EXPECT_EQ(Choices().certificate, path);
+    EXPECT_TRUE(folder.Has(L"console.csr"));
+}
+
 // As they are filled; in the language of the process, which is English or French.
 TEST_F(OptionsTest, EveryPageShowsAllThatItSays)
 {
     Choose([](ScriptedOptions& dialog) {
-        for (int page = IDD_OPTIONS_VIEW; page <= IDD_OPTIONS_RECENT; ++page) {
+        for (int page = IDD_OPTIONS_VIEW; page <= IDD_OPTIONS_CERTIFICATE; ++page) {
             dialog.GoTo(static_cast<unsigned>(page));
             EXPECT_EQ(FindLayoutFaults(dialog), std::vector<std::string>()) << page;
             EXPECT_EQ(FindKeyboardFaults(dialog), std::vector<std::string>()) << page;
@@ -216,7 +257,7 @@ TEST_F(OptionsTest, OpensLeakFree)
 {
     const auto open = [&] {
         Choose([](ScriptedOptions& dialog) {
-            for (int page = 0; page < 9; ++page) {
+            for (int page = 0; page < 10; ++page) {
                 dialog.GoTo(static_cast<unsigned>(IDD_OPTIONS_VIEW + page));
             }
         });
