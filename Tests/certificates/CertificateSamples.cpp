@@ -3,6 +3,7 @@
 //   CertificateSamples client PORT PFX   trusts PFX, says "hello", expects "olleh"
 //   CertificateSamples server PORT PFX   is PFX, to one client, whose line it says backwards
 // Status 0: all went well; else standard error says what did not.
+#include "YCertificateCapi.h"
 #include "YCreateCertificate.h"
 #include "YReportMessageParams.h"
 #include "openssl/YCertificateOpenSsl.h"
@@ -14,6 +15,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -32,6 +34,7 @@ struct Sample
     std::uint32_t kind;
     unsigned bits;
     const char* algorithm;
+    SslLib library = SslLib::OpenSsl;
 };
 
 constexpr std::int64_t in2045 = 2'366'841'600;
@@ -63,6 +66,15 @@ const Sample samples[] = {
      Parameters::sha256WithRsa},
     {"nobody", {}, in2060, 0, Parameters::endEntityKey, 1024, Parameters::sha256WithRsa},
     {"expired", {L"old"}, in2001, 0, Parameters::endEntityKey, 1024, Parameters::sha256WithRsa},
+    {"system",
+     {L"h\xF4te", L"\x682A\x5F0F\x4F1A\x793E", nullptr, L"FR", nullptr, nullptr,
+      L"rene@example.org"},
+     in2060,
+     0,
+     Parameters::endEntityKey,
+     2048,
+     Parameters::sha256WithRsa,
+     SslLib::Capi},
     {"strong",
      {L"strong"},
      in2045,
@@ -114,31 +126,73 @@ std::string DescribeFingerprint(const YCertificateContextBase& context)
     return text;
 }
 
-// What was asked for, and what our own reading of the written file says where nothing was.
-std::string Describe(const Sample& sample, const Name& name, const std::wstring& path)
+YUnknownPointer<YCertificateBase> Load(SslLib library, const std::wstring& path)
 {
     YReportMessageParams error;
-    const auto loaded = OpenSSL::YCertificate::Load(path.c_str(), error);
-    if (!loaded || !loaded->GetContext().HasPrivateKey()) {
+    YUnknownPointer<YCertificateBase> loaded;
+    if (library == SslLib::Capi) {
+        loaded = CAPI::YCertificate::Load(path.c_str(), error);
+    } else {
+        loaded = OpenSSL::YCertificate::Load(path.c_str(), error);
+    }
+    if (!loaded) {
         Fail(error);
     }
+    return loaded;
+}
+
+// Whether it imports the key with the certificate. It has not always known today's encryption.
+bool CanSystemImport(const std::wstring& path)
+{
+    std::ifstream stream(path.c_str(), std::ios::binary);
+    std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+    CRYPT_DATA_BLOB blob{static_cast<DWORD>(bytes.size()), reinterpret_cast<BYTE*>(bytes.data())};
+    const YUniqueCertificateStore store(
+        ::PFXImportCertStore(&blob, L"", CRYPT_EXPORTABLE | PKCS12_NO_PERSIST_KEY));
+    return static_cast<bool>(store);
+}
+
+// What one of the two implementations finds in the file.
+std::string DescribeReading(SslLib library, const std::wstring& path)
+{
+    const auto loaded = Load(library, path);
     const YCertificateContextBase& context = loaded->GetContext();
-    const auto flag = [&](std::uint8_t bit) { return sample.flags & bit ? "true" : "false"; };
-    return "{\"file\": " + Quote(sample.file) + ", \"subject\": " + DescribeName(name) +
-           ",\n  \"subject read back\": " + DescribeName(*context.GetSubject()) +
-           ", \"issuer read back\": " + DescribeName(*context.GetIssuer()) +
-           ",\n  \"serial\": " + Quote(context.GetSerialNumber()) +
+    return "{\"subject\": " + DescribeName(*context.GetSubject()) +
+           ", \"issuer\": " + DescribeName(*context.GetIssuer()) +
+           ", \"serial\": " + Quote(context.GetSerialNumber()) +
            ", \"not before\": " + std::to_string(context.GetNotBefore()) +
-           ", \"not after\": " + std::to_string(sample.expiration) +
-           ", \"not after read back\": " + std::to_string(context.GetNotAfter()) +
-           ",\n  \"key algorithm\": " + Quote(context.GetPublicKeyAlgorithm()) +
-           ", \"bits\": " + std::to_string(sample.bits) +
-           ", \"bits read back\": " + std::to_string(context.GetPublicKeyBits()) +
+           ", \"not after\": " + std::to_string(context.GetNotAfter()) +
+           ", \"key algorithm\": " + Quote(context.GetPublicKeyAlgorithm()) +
+           ", \"bits\": " + std::to_string(context.GetPublicKeyBits()) +
            ", \"fingerprint\": " + Quote(DescribeFingerprint(context)) +
-           ",\n  \"client\": " + flag(Parameters::clientFlag) +
+           ", \"has key\": " + (context.HasPrivateKey() ? "true" : "false") + "}";
+}
+
+std::string Describe(const Sample& sample, const Name& name, const std::wstring& path)
+{
+    const auto flag = [&](std::uint8_t bit) { return sample.flags & bit ? "true" : "false"; };
+    const bool isSystems = sample.library == SslLib::Capi;
+    return "{\"file\": " + Quote(sample.file) + ", \"subject\": " + DescribeName(name) +
+           ", \"not after\": " + std::to_string(sample.expiration) +
+           ", \"bits\": " + std::to_string(sample.bits) +
+           ", \"client\": " + flag(Parameters::clientFlag) +
            ", \"request\": " + flag(Parameters::requestFlag) +
            ", \"kind\": " + std::to_string(sample.kind) +
-           ", \"algorithm\": " + Quote(sample.algorithm) + "}";
+           ", \"algorithm\": " + Quote(sample.algorithm) +
+           ", \"is the system's\": " + (isSystems ? "true" : "false") +
+           ",\n  \"read by OpenSSL\": " + DescribeReading(SslLib::OpenSsl, path) +
+           ",\n  \"read by the system\": " +
+           (isSystems || CanSystemImport(path) ? DescribeReading(SslLib::Capi, path) : "null") +
+           "}";
+}
+
+// The system's certificates without their key, which not every system can export.
+void WriteEncoded(const YCertificateBase& certificate, const std::wstring& path)
+{
+    const CERT_CONTEXT& encoded =
+        *static_cast<const CAPI::YCertificateContext&>(certificate.GetContext()).GetCertificate();
+    std::ofstream(path.c_str(), std::ios::binary)
+        .write(reinterpret_cast<const char*>(encoded.pbCertEncoded), encoded.cbCertEncoded);
 }
 
 void WriteSamples(const std::wstring& folder)
@@ -150,14 +204,19 @@ void WriteSamples(const std::wstring& folder)
             name.SetField(static_cast<Name::Field>(field), sample.fields[field]);
         }
         const std::string_view file = sample.file;
-        const std::wstring path = folder + L"\\" + std::wstring(file.begin(), file.end()) + L".pfx";
+        const std::wstring stem = folder + L"\\" + std::wstring(file.begin(), file.end());
+        const std::wstring path = stem + (sample.library == SslLib::Capi ? L".der" : L".pfx");
         YUnknownPointer<YCertificateBase> certificate;
         YReportMessageParams error;
-        if (!CreateCertificate(SslLib::OpenSsl,
+        if (!CreateCertificate(sample.library,
                                {&name, sample.expiration, sample.flags, sample.kind, sample.bits,
                                 sample.algorithm},
-                               certificate, error) ||
-            !certificate->Save(path.c_str(), error)) {
+                               certificate, error)) {
+            Fail(error);
+        }
+        if (sample.library == SslLib::Capi) {
+            WriteEncoded(*certificate, path);
+        } else if (!certificate->Save(path.c_str(), error)) {
             Fail(error);
         }
         claims += (claims.empty() ? "" : ",\n ") + Describe(sample, name, path);

@@ -131,6 +131,13 @@ bool YCertificateFile::Create()
     return exists;
 }
 
+bool YCertificateFile::Write(const void* bytes, std::size_t count)
+{
+    DWORD written = 0;
+    return ::WriteFile(file.Get(), bytes, static_cast<DWORD>(count), &written, nullptr) &&
+           written == count;
+}
+
 bool YCertificateFile::Commit()
 {
     if (!::FlushFileBuffers(file.Get())) {

@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <string>
 
 // Written under another name in the same folder, which nobody can guess and which is new, and put in
@@ -19,10 +20,11 @@ public:
     YCertificateFile& operator=(const YCertificateFile&) = delete;
     ~YCertificateFile();
 
-    // False, now and in Commit: GetLastError() tells why.
+    // False, here and below: GetLastError() tells why.
     bool Create();
     // While it exists it can be opened and written by name; nobody can rename or delete it.
     const std::wstring& GetTemporaryPath() const { return temporaryPath; }
+    bool Write(const void* bytes, std::size_t count);  // at its end
     // Closed by all who wrote. Flushes to the disk first: else the name might reach it before the
     // contents do.
     bool Commit();

@@ -51,7 +51,7 @@ bool IsAscii(std::wstring_view text)
 unsigned FindFault(YCertificateNameBase::Field field, std::wstring_view text)
 {
     if (text.empty()) {
-        return field == YCertificateNameBase::CommonName ? MSG_COMMON_NAME_MISSING : 0;
+        return 0;
     }
     if (field == YCertificateNameBase::Country) {
         return IsCountry(text) ? 0 : MSG_COUNTRY_NOT_VALID;
@@ -76,7 +76,7 @@ const char* YCertificateNameBase::GetIdentifier(Field field)
     return rules[field].identifier;
 }
 
-bool YCertificateNameBase::Validate(Field& failed, YReportMessageParams& error) const
+bool YCertificateNameBase::CheckLimits(Field& failed, YReportMessageParams& error) const
 {
     for (int number = 0; number < fieldCount; ++number) {
         const Field field = static_cast<Field>(number);
@@ -92,4 +92,14 @@ bool YCertificateNameBase::Validate(Field& failed, YReportMessageParams& error) 
         return false;
     }
     return true;
+}
+
+bool YCertificateNameBase::Validate(Field& failed, YReportMessageParams& error) const
+{
+    if (!GetField(CommonName).IsEmpty()) {
+        return CheckLimits(failed, error);
+    }
+    failed = CommonName;
+    error.SetErrorCode(MSG_COMMON_NAME_MISSING);
+    return false;
 }

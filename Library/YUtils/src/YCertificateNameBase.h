@@ -37,9 +37,11 @@ public:
     static const char* GetShortName(Field field);  // "CN", ...
     static const char* GetIdentifier(Field field);  // "2.5.4.3", ...
 
-    // Whether a certificate can carry the fields, and serves anybody. Checked in the order of a
-    // reader's interest, the fields' own; false: failed is the first that does not pass, error says
-    // why. A common name is wanted, as nothing else tells a client whose certificate it sees.
+    // Whether a certificate can carry the fields: within the limits of their types. False: failed is
+    // the first that is not, error says why.
+    bool CheckLimits(Field& failed, YReportMessageParams& error) const;
+    // The same, and that the certificate serves anybody: a common name is wanted, as nothing else
+    // tells a client whose certificate it sees.
     bool Validate(Field& failed, YReportMessageParams& error) const;
 
 private:

@@ -1,13 +1,27 @@
 #include "YCreateCertificate.h"
 
+#include "YCertificateCapi.h"
 #include "openssl/YCertificateOpenSsl.h"
 
 #include <utility>
 
-bool CreateCertificate(SslLib, const YCertificateParameters& parameters,
+namespace {
+
+YUnknownPointer<YCertificateBase> Create(SslLib library, const YCertificateParameters& parameters,
+                                         YReportMessageParams& error)
+{
+    if (library == SslLib::Capi) {
+        return CAPI::YCertificate::Create(parameters, error);
+    }
+    return OpenSSL::YCertificate::Create(parameters, error);
+}
+
+}  // namespace
+
+bool CreateCertificate(SslLib library, const YCertificateParameters& parameters,
                        YUnknownPointer<YCertificateBase>& certificate, YReportMessageParams& error)
 {
-    YUnknownPointer<YCertificateBase> created = OpenSSL::YCertificate::Create(parameters, error);
+    YUnknownPointer<YCertificateBase> created = Create(library, parameters, error);
     if (!created) {
         return false;
     }
