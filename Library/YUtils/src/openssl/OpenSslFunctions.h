@@ -126,6 +126,10 @@ struct Functions
     int(__cdecl* BIO_free)(Bio*);
 
     // Errors and memory
+    int(__cdecl* CRYPTO_set_mem_functions)(void*(__cdecl* allocate)(std::size_t, const char*, int),
+                                           void*(__cdecl* reallocate)(void*, std::size_t,
+                                                                      const char*, int),
+                                           void(__cdecl* free)(void*, const char*, int));
     unsigned long(__cdecl* ERR_get_error)();
     void(__cdecl* ERR_error_string_n)(unsigned long code, char* text, std::size_t size);
     void(__cdecl* ERR_clear_error)();

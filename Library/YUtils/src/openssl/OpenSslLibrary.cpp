@@ -7,11 +7,14 @@
 #include "YReportMessageParams.h"
 #include "YUniqueHandle.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <mutex>
 #include <string>
 #include <vector>
 
+#include <malloc.h>
 #include <windows.h>
 
 namespace OpenSSL {
@@ -100,6 +103,7 @@ constexpr Binding bindings[] = {
     BIND(crypto, BIO_new_file),
     BIND(crypto, BIO_ctrl),
     BIND(crypto, BIO_free),
+    BIND(crypto, CRYPTO_set_mem_functions),
     BIND(crypto, ERR_get_error),
     BIND(crypto, ERR_error_string_n),
     BIND(crypto, ERR_clear_error),
@@ -145,6 +149,34 @@ struct ModuleTraits
     static void Close(Handle module) noexcept { ::FreeLibrary(module); }
 };
 using UniqueModule = YUniqueHandle<ModuleTraits>;
+
+// The library clears most of what held a key, but not all: when it reads one, a copy of the whole key
+// stays in memory that it has given back. So every block of its is cleared when it is. Null for no
+// bytes, as from its own allocator.
+void* __cdecl Allocate(std::size_t size, const char*, int)
+{
+    return size > 0 ? std::malloc(size) : nullptr;
+}
+
+void __cdecl Free(void* block, const char*, int)
+{
+    if (block) {
+        ::SecureZeroMemory(block, ::_msize(block));
+        std::free(block);
+    }
+}
+
+void* __cdecl Reallocate(void* block, std::size_t size, const char* file, int line)
+{
+    void* const next = Allocate(size, file, line);
+    if (next && block) {
+        std::memcpy(next, block, std::min(size, ::_msize(block)));
+    }
+    if (next || size == 0) {  // else there was no memory, and the old block stays
+        Free(block, file, line);
+    }
+    return next;
+}
 
 constinit YCriticalSection mutex;
 bool isBound = false;  // under the mutex
@@ -216,6 +248,8 @@ bool LoadAndBind(std::wstring& missing)
     for (UniqueModule& module : modules) {
         static_cast<void>(module.Detach());  // for good
     }
+    // Refused where the program has used the library already; it clears its keys as it can then.
+    functions.CRYPTO_set_mem_functions(&Allocate, &Reallocate, &Free);
     isBound = true;
     return true;
 }

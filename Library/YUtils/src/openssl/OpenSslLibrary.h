@@ -13,7 +13,8 @@ namespace OpenSSL {
 
 // libcrypto-3.dll and libssl-3.dll from the folder of this library, else from the program's; nowhere
 // else, so that nobody can put others in front of them. Both or neither, and of their functions all
-// or none. Any thread; of two that come first one waits.
+// or none. Any thread; of two that come first one waits. Memory of theirs is cleared when they give it
+// back, unless the program has used them before.
 
 // Null, and error is 0xE10400CD with what is missing as its detail (a DLL, a function) or the policy
 // that forbids cryptography that is not validated; the DLLs are not loaded then, and the next call

@@ -111,9 +111,10 @@ private:
     bool SetSerialNumber()
     {
         const BigNumberHandle number(openSsl.BN_new());
-        return number && openSsl.BN_rand(number.get(), serialBits, anyTopBit, anyBottomBit) == 1 &&
-               openSsl.BN_to_ASN1_INTEGER(number.get(),
-                                          openSsl.X509_get_serialNumber(certificate.get()));
+        Integer* const serial = openSsl.X509_get_serialNumber(certificate.get());
+        return number && serial &&
+               openSsl.BN_rand(number.get(), serialBits, anyTopBit, anyBottomBit) == 1 &&
+               openSsl.BN_to_ASN1_INTEGER(number.get(), serial);
     }
 
     bool SetValidity()
