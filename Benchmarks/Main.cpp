@@ -39,6 +39,7 @@ int main(int argc, char** argv)
     AddPaintSubjects(report);
     AddScrollSubjects(report);
     AddSettingsSubjects(report);
+    AddCertificateSubjects(report);
     AddLoadSubject(report);
     int count = static_cast<int>(arguments.size());
     benchmark::Initialize(&count, arguments.data());

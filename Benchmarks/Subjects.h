@@ -5,6 +5,7 @@
 class Report;
 
 void AddBufferSubjects(Report& report);  // BufferBenchmarks.cpp: no window
+void AddCertificateSubjects(Report& report);  // CertificateBenchmarks.cpp
 void AddCompletionSubjects(Report& report);  // CompletionBenchmarks.cpp: windows
 void AddDialogSubjects(Report& report);  // DialogBenchmarks.cpp: windows, a search
 void AddLoadSubject(Report& report);  // LoadBenchmark.cpp

@@ -51,6 +51,14 @@ function(commonui_copy_runtime)
 endfunction()
 commonui_copy_runtime()
 
+# The two DLLs that certificates load, beside the library, which looks for them there.
+function(commonui_copy_openssl)
+    foreach(name libcrypto-3 libssl-3)
+        find_file(COMMONUI_${name} ${name}.dll PATH_SUFFIXES bin REQUIRED NO_CMAKE_FIND_ROOT_PATH)
+        file(COPY "${COMMONUI_${name}}" DESTINATION "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+    endforeach()
+endfunction()
+
 # clang-tidy runs with the compiler, so a source is checked again only when it changes.
 if(COMMONUI_CLANG_TIDY)
     execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=include/c++

@@ -127,7 +127,10 @@ YUnknownPointer<YCertificate> Unpack(CRYPT_DATA_BLOB& blob)
     do {
         found = ::CertEnumCertificatesInStore(store.Get(), found);
     } while (found && !HasKey(found));
-    return found ? MakeLoaded(found) : nullptr;
+    if (!found) {
+        return nullptr;
+    }
+    return MakeLoaded(found);
 }
 
 YUnknownPointer<YCertificate> ReadFile(const wchar_t* path)
@@ -217,7 +220,10 @@ bool YCertificateContext::HasPrivateKey() const
 YUnknownPointer<YCertificate> YCertificate::Load(const wchar_t* path, YReportMessageParams& error)
 {
     ::SetLastError(ERROR_SUCCESS);
-    YUnknownPointer<YCertificate> certificate = path ? ReadFile(path) : nullptr;
+    YUnknownPointer<YCertificate> certificate;
+    if (path) {
+        certificate = ReadFile(path);
+    }
     if (!certificate) {
         Report(MSG_CERTIFICATE_NOT_READABLE, error);
     }

@@ -122,7 +122,10 @@ YUnknownPointer<YCertificate> ReadFile(const std::wstring& path)
                                                           const_cast<char*>(emptyPassword))
                               : nullptr);
     }
-    return certificate ? MakeLoaded(std::move(certificate), nullptr) : nullptr;
+    if (!certificate) {
+        return nullptr;
+    }
+    return MakeLoaded(std::move(certificate), nullptr);
 }
 
 }  // namespace
