@@ -234,22 +234,32 @@ bool Bind(const UniqueModule (&modules)[libraryCount], std::wstring& missing)
     return true;
 }
 
+// Refused where the program has used the library already; it clears its keys as it can then.
+void UseClearingMemory()
+{
+    if (functions.CRYPTO_set_mem_functions(&Allocate, &Reallocate, &Free) == 1) {
+        // They are called to the end of the process, so our module stays as well.
+        HMODULE self = nullptr;
+        ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                             reinterpret_cast<const wchar_t*>(reinterpret_cast<void*>(&Allocate)),
+                             &self);
+    }
+}
+
 bool LoadAndBind(std::wstring& missing)
 {
     const std::lock_guard lock(mutex);
     if (isBound) {
         return true;
     }
-    UniqueModule modules[libraryCount];
-    // Freed in the order of the array's end to its beginning: the one that needs the other first.
+    UniqueModule modules[libraryCount];  // freed from the end: the one that needs the other first
     if (!Load(modules, missing) || !Bind(modules, missing)) {
         return false;
     }
     for (UniqueModule& module : modules) {
         static_cast<void>(module.Detach());  // for good
     }
-    // Refused where the program has used the library already; it clears its keys as it can then.
-    functions.CRYPTO_set_mem_functions(&Allocate, &Reallocate, &Free);
+    UseClearingMemory();
     isBound = true;
     return true;
 }

@@ -18,8 +18,8 @@ namespace OpenSSL {
 
 // Null, and error is 0xE10400CD with what is missing as its detail (a DLL, a function) or the policy
 // that forbids cryptography that is not validated; the DLLs are not loaded then, and the next call
-// tries again. Once bound they stay to the end of the process, as objects of theirs may: a later
-// policy stops new certificates only.
+// tries again. Once bound they stay to the end of the process, as objects of theirs may, and this library
+// with them; a later policy stops new certificates only.
 COMMONUI_API const Functions* FindFunctions(YReportMessageParams& error);
 
 // After FindFunctions has found them.
