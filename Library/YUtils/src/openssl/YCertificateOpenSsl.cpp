@@ -27,8 +27,9 @@ std::int64_t ReadTime(const Time* time)
     const sys_days day = year(parts.tm_year + 1900) /
                          month(static_cast<unsigned>(parts.tm_mon) + 1) /
                          std::chrono::day(static_cast<unsigned>(parts.tm_mday));
-    return seconds(day.time_since_epoch()).count() + parts.tm_hour * 3600 + parts.tm_min * 60 +
-           parts.tm_sec;
+    return seconds(day.time_since_epoch() + hours(parts.tm_hour) + minutes(parts.tm_min) +
+                   seconds(parts.tm_sec))
+        .count();
 }
 
 std::string ToHexadecimal(const std::vector<unsigned char>& bytes)
