@@ -31,6 +31,13 @@ TEST(DialogLayout, FindsWhatIsWrong)
     EXPECT_TRUE(Mentions(faults, "control 14 \"Out\" reaches out"));
     EXPECT_TRUE(Mentions(FindKeyboardFaults(faulty.Get()), "control 13"));
     EXPECT_TRUE(Mentions(FindKeyboardFaults(faulty.Get(), L"o"), "control 12"));
+    const auto addLine = [&](const wchar_t* line) {
+        ::SendDlgItemMessageW(faulty.Get(), 15, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line));
+    };
+    addLine(L"It fits");
+    EXPECT_EQ(FindLayoutFaults(faulty.Get()).size(), faults.size());
+    addLine(L"A line that is too long for its box");
+    EXPECT_TRUE(Mentions(FindLayoutFaults(faulty.Get()), "control 15 \"\" clips its line 1"));
     TemplateDialog longer(::GetModuleHandleW(nullptr), IDD_FAULTY, Wording::Longer);
     EXPECT_GT(FindLayoutFaults(longer.Get()).size(), 4u) << "a text that just fitted";
 }

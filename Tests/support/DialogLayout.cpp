@@ -123,6 +123,12 @@ Bytes LoadTemplate(HMODULE module, int id, Wording wording)
     const auto* const bytes =
         static_cast<const unsigned char*>(::LockResource(::LoadResource(module, resource)));
     Bytes copy(bytes, bytes + ::SizeofResource(module, resource));
+    constexpr DWORD extended = 0xFFFF'0001;  // the version and signature that DIALOGEX begins with
+    DWORD start = 0;
+    std::memcpy(&start, copy.data(), sizeof start);
+    if (start != extended) {
+        throw std::runtime_error("template " + std::to_string(id) + " is no extended one");
+    }
     return wording == Wording::Longer ? TemplateWriter(copy).Lengthen() : copy;
 }
 
@@ -302,6 +308,29 @@ private:
             CheckStatic(control);
         } else if (kind == L"Button") {
             CheckButton(control);
+        } else if (kind == L"ComboBox") {
+            CheckItems(control);
+        }
+    }
+    // Closed, the box shows any one of its lines.
+    void CheckItems(HWND combo)
+    {
+        COMBOBOXINFO info{};
+        info.cbSize = sizeof info;
+        ::GetComboBoxInfo(combo, &info);
+        const int width = info.rcItem.right - info.rcItem.left - Scale(combo, 2);
+        const auto count = static_cast<WPARAM>(::SendMessageW(combo, CB_GETCOUNT, 0, 0));
+        for (WPARAM i = 0; i < count; ++i) {
+            std::wstring text(
+                static_cast<std::size_t>(::SendMessageW(combo, CB_GETLBTEXTLEN, i, 0)), L'\0');
+            ::SendMessageW(combo, CB_GETLBTEXT, i, reinterpret_cast<LPARAM>(text.data()));
+            const int needed = MeasureText(combo, text, 0, DT_NOPREFIX).cx;
+            if (needed > width) {
+                std::ostringstream words;
+                words << Describe(combo) << " clips its line " << i << ": it needs " << needed
+                      << " and has " << width;
+                found.push_back(words.str());
+            }
         }
     }
     void CheckStatic(HWND control)

@@ -16,7 +16,7 @@ std::vector<int> FindDialogTemplates(HMODULE module);
 
 // The dialog of a template as it is, without the code that fills it, visible and in front. A child
 // dialog, such as a page, lies in a dialog that holds nothing else. Throws std::runtime_error where
-// the module has no such template in that wording.
+// the module has no such template in that wording, or one that is not extended.
 class TemplateDialog
 {
 public:
@@ -33,8 +33,8 @@ private:
     CDialog dialog;
 };
 
-// What a user would not see, one sentence each: texts that are clipped, controls that lie over one
-// another or outside of their dialog. Child dialogs are looked at as well.
+// What a user would not see, one sentence each: texts, and lines of combo boxes, that are clipped,
+// controls that lie over one another or outside of their dialog. Child dialogs are looked at as well.
 std::vector<std::string> FindLayoutFaults(HWND dialog);
 
 // What a user without a mouse would miss, one sentence each: controls that Tab does not come to,
