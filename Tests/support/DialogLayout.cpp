@@ -36,7 +36,7 @@ public:
         CopyNameOrOrdinal();  // menu
         CopyNameOrOrdinal();  // class
         CopyLonger();
-        if ((style & (DS_SETFONT | DS_SHELLFONT)) != 0) {
+        if ((style & DS_SETFONT) != 0) {
             Copy(6);
             CopyText();
         }
