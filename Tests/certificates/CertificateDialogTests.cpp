@@ -125,7 +125,7 @@ protected:
 
 TEST_F(CertificateDialogTest, WritesWhatItsUserHasEntered)
 {
-    constexpr std::int64_t day = 24 * 60 * 60;
+    constexpr std::int64_t day = 86'400;  // seconds
     const std::int64_t now = std::time(nullptr);
     const INT_PTR result = Run([&](TestDialog& dialog) {
         Fill(dialog);
