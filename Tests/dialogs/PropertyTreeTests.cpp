@@ -268,8 +268,8 @@ TEST_F(PropertyTreeTest, OpensWithoutAskingAPageThatNobodyHasSeen)
     map.CreateEntry(YUnicodeString(L"Last"), {false, true});
     child.refuses = true;
     Run([&](TestTree& dialog) {
-        EXPECT_EQ(dialog.GetCurrentPage(), &last);
         EXPECT_EQ(child.TakeLog(), L"set show ");
+        EXPECT_EQ(dialog.GetCurrentPage(), &last);
     });
     EXPECT_FALSE(map[YUnicodeString(L"First~Same")].selected);
     map[YUnicodeString(L"First~Same")].selected = true;
