@@ -16,6 +16,25 @@ namespace {
 
 constexpr wchar_t emptyPassword[] = L"";  // of zero length, which is another one than none
 
+// The bytes of a PFX file, which the empty password does not hide: cleared at the end of the scope.
+template <class Bytes>
+class Cleared
+{
+public:
+    explicit Cleared(Bytes& secret) : bytes(secret) {}
+    Cleared(const Cleared&) = delete;
+    Cleared& operator=(const Cleared&) = delete;
+    ~Cleared()
+    {
+        if (!bytes.empty()) {
+            ::SecureZeroMemory(bytes.data(), bytes.size());
+        }
+    }
+
+private:
+    Bytes& bytes;
+};
+
 void Report(unsigned messageId, YReportMessageParams& error)
 {
     const DWORD code = ::GetLastError();
@@ -137,6 +156,7 @@ YUnknownPointer<YCertificate> ReadFile(const wchar_t* path)
 {
     std::ifstream stream(path, std::ios::binary);
     std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+    const Cleared clearing(bytes);
     CRYPT_DATA_BLOB blob{static_cast<DWORD>(bytes.size()), reinterpret_cast<BYTE*>(bytes.data())};
     if (blob.cbData > 0 && ::PFXIsPFXBlob(&blob)) {
         return Unpack(blob);
@@ -245,6 +265,7 @@ bool YCertificate::Save(const wchar_t* path, YReportMessageParams& error) const
         return false;
     }
     std::vector<BYTE> container;
+    const Cleared clearing(container);
     if (!Pack(*context, container) ||
         !WriteFile(path, YCertificateFile::Readers::Owner, container.data(), container.size())) {
         Report(MSG_PKCS12_FAILED, error);
