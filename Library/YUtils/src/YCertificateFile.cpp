@@ -16,13 +16,7 @@ constexpr std::size_t longPathLength = 200;
 
 std::wstring GetFullPath(const wchar_t* path)
 {
-    std::wstring full;
-    DWORD length = ::GetFullPathNameW(path, 0, nullptr, nullptr);
-    while (length > full.size()) {  // with the terminator then, else without
-        full.resize(length);
-        length = ::GetFullPathNameW(path, length, full.data(), nullptr);
-    }
-    full.resize(length);
+    std::wstring full = YGetFullPath(path);
     if (full.size() >= longPathLength) {
         const YUnicodeString prefixed = YAddLongPathPrefix(full.c_str());
         return prefixed.IsEmpty() ? full : prefixed.c_str();

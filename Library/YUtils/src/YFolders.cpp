@@ -90,19 +90,6 @@ Kind GetKind(const wchar_t* path)
     return attributes & FILE_ATTRIBUTE_DIRECTORY ? Kind::Folder : Kind::File;
 }
 
-// Empty: the system knows none.
-std::wstring GetFullPath(const wchar_t* path)
-{
-    std::wstring full;
-    DWORD length = ::GetFullPathNameW(path, 0, nullptr, nullptr);
-    while (length > full.size()) {  // with the terminator then, else without
-        full.resize(length);
-        length = ::GetFullPathNameW(path, length, full.data(), nullptr);
-    }
-    full.resize(length);
-    return full;
-}
-
 // Another thread or process at the same time has another name.
 std::wstring GetTemporaryName(const wchar_t* folder)
 {
@@ -149,7 +136,7 @@ bool CanCreateFileIn(const wchar_t* folder)
 
 void MakeFullPath(YUnicodeString& folder)
 {
-    const std::wstring full = GetFullPath(folder.c_str());
+    const std::wstring full = YGetFullPath(folder.c_str());
     if (!full.empty() && full.size() < MAX_PATH) {
         folder = full.c_str();
     }
@@ -173,7 +160,7 @@ bool DriveExists(wchar_t letter)
 
 bool IsOnExistingDrive(const wchar_t* path)
 {
-    const std::wstring full = GetFullPath(path);
+    const std::wstring full = YGetFullPath(path);
     return IsDrivePath(full) && DriveExists(full[0]);
 }
 
@@ -193,7 +180,7 @@ std::wstring FindStartFolder(CWnd* edit, const wchar_t* initialFolder,
     for (const wchar_t* folder :
          {static_cast<const wchar_t*>(typed), initialFolder, fallbackFolder}) {
         if (folder && GetKind(folder) == Kind::Folder) {
-            return GetFullPath(folder);
+            return YGetFullPath(folder);
         }
     }
     return {};
@@ -294,7 +281,7 @@ bool YExtractLocalDirectory(const wchar_t* path, YUnicodeString& directory,
         return false;
     }
     const std::wstring whole = path;  // it may be the text of an output
-    const std::wstring full = GetFullPath(path);
+    const std::wstring full = YGetFullPath(path);
     if (IsDrivePath(full)) {
         directory = YUnicodeString(WithoutTrailing(L"\\", whole));
         fileName.Clear();

@@ -28,3 +28,15 @@ YUnicodeString YAddLongPathPrefix(const wchar_t* given)
     }
     return YStartsWithDrive(path) && path[2] == L'\\' ? Join(longPrefix, path) : YUnicodeString();
 }
+
+std::wstring YGetFullPath(const wchar_t* path)
+{
+    std::wstring full;
+    DWORD length = ::GetFullPathNameW(path, 0, nullptr, nullptr);
+    while (length > full.size()) {  // with the terminator then, else without
+        full.resize(length);
+        length = ::GetFullPathNameW(path, length, full.data(), nullptr);
+    }
+    full.resize(length);
+    return full;
+}

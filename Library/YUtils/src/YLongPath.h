@@ -6,6 +6,7 @@
 
 #include <windows.h>
 
+#include <string>
 #include <string_view>
 
 // A letter and a colon.
@@ -18,6 +19,9 @@ constexpr bool YStartsWithDrive(std::wstring_view path)
 // The form of a path that may have any length: "\\?\C:\folder", "\\?\UNC\server\share". Empty for
 // what has none or has it already: relative paths, roots, devices, drive paths with a slash.
 COMMONUI_API YUnicodeString YAddLongPathPrefix(const wchar_t* path);
+
+// With the current folder before what is relative. Empty: the system knows none.
+COMMONUI_API std::wstring YGetFullPath(const wchar_t* path);
 
 // Runs a file operation that takes a path, returns a bool and tells the reason in GetLastError().
 // Where the path may have been too long for it, it runs once more with the path's long form.
