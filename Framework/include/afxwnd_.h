@@ -4,6 +4,8 @@
 #include "afxcmd_.h"
 #include "afxgdi_.h"
 
+#include <oleacc.h>
+
 #include <memory>
 
 class CDataExchange;
@@ -13,6 +15,7 @@ class CMFCDynamicLayout;
 class CScrollBar;
 struct CCreateContext;
 struct AFX_SIZEPARENTPARAMS;
+class WindowAccessibility;
 class WindowCreation;
 
 // A window. An object that creates, subclasses or attaches a window is the permanent one of the
@@ -210,6 +213,34 @@ class COMMONFRAMEWORK_API CWnd : public CCmdTarget
     // of which the user knows, or the exchange is under way already.
     BOOL UpdateData(BOOL bSaveAndValidate = TRUE);
 
+    // For what a class draws itself, of which the system knows nothing. Called in its constructor,
+    // it makes the window answer screen readers by the operations below, which the class overrides;
+    // the base ones say what the system says of any such window, and without this call nothing.
+    // varChild: CHILDID_SELF, or a part by its number, from 1. What is given out is the caller's.
+    void EnableActiveAccessibility();
+    virtual HRESULT get_accParent(IDispatch** ppdispParent);
+    virtual HRESULT get_accChildCount(long* pcountChildren);
+    virtual HRESULT get_accChild(VARIANT varChild, IDispatch** ppdispChild);
+    virtual HRESULT get_accName(VARIANT varChild, BSTR* pszName);
+    virtual HRESULT get_accValue(VARIANT varChild, BSTR* pszValue);
+    virtual HRESULT get_accDescription(VARIANT varChild, BSTR* pszDescription);
+    virtual HRESULT get_accRole(VARIANT varChild, VARIANT* pvarRole);
+    virtual HRESULT get_accState(VARIANT varChild, VARIANT* pvarState);
+    virtual HRESULT get_accHelp(VARIANT varChild, BSTR* pszHelp);
+    virtual HRESULT get_accHelpTopic(BSTR* pszHelpFile, VARIANT varChild, long* pidTopic);
+    virtual HRESULT get_accKeyboardShortcut(VARIANT varChild, BSTR* pszKeyboardShortcut);
+    virtual HRESULT get_accFocus(VARIANT* pvarChild);
+    virtual HRESULT get_accSelection(VARIANT* pvarChildren);
+    virtual HRESULT get_accDefaultAction(VARIANT varChild, BSTR* pszDefaultAction);
+    virtual HRESULT accSelect(long flagsSelect, VARIANT varChild);
+    virtual HRESULT accLocation(long* pxLeft, long* pyTop, long* pcxWidth, long* pcyHeight,
+                                VARIANT varChild);  // on the screen
+    virtual HRESULT accNavigate(long navDir, VARIANT varStart, VARIANT* pvarEndUpAt);
+    virtual HRESULT accHitTest(long xLeft, long yTop, VARIANT* pvarChild);  // on the screen
+    virtual HRESULT accDoDefaultAction(VARIANT varChild);
+    virtual HRESULT put_accName(VARIANT varChild, BSTR szNewName);
+    virtual HRESULT put_accValue(VARIANT varChild, BSTR szNewValue);
+
     virtual BOOL IsFrameWnd() const { return FALSE; }
     // Where the procedure that was there before ours is kept.
     virtual WNDPROC* GetSuperWndProcAddr() { return &superWindowProc; }
@@ -281,6 +312,7 @@ protected:
     afx_msg void OnInitMenuPopup(CMenu*, UINT, BOOL) { Default(); }
     afx_msg void OnMenuSelect(UINT, UINT, HMENU) { Default(); }
     afx_msg void OnDropFiles(HDROP) { Default(); }
+    afx_msg LRESULT OnGetObject(WPARAM wParam, LPARAM lParam);
     DECLARE_MESSAGE_MAP()
 
 private:
@@ -294,6 +326,7 @@ private:
     BOOL AbandonCreation(const WindowCreation& creation);
 
     std::unique_ptr<CMFCDynamicLayout> dynamicLayout;
+    std::unique_ptr<WindowAccessibility> accessibility;  // null: not enabled
     WNDPROC superWindowProc = nullptr;  // null: the system's default one
 };
 

@@ -1,4 +1,5 @@
 #include "FrameworkState.h"
+#include "WindowAccessibility.h"
 #include "WindowMap.h"
 #include "WindowProcedure.h"
 #include "afxlayout.h"
@@ -14,6 +15,7 @@ BEGIN_MESSAGE_MAP(CWnd, CCmdTarget)
     ON_WM_DRAWITEM()
     ON_WM_VSCROLL()
     ON_WM_HSCROLL()
+    ON_MESSAGE(WM_GETOBJECT, &CWnd::OnGetObject)
 END_MESSAGE_MAP()
 
 CWnd::CWnd() = default;
@@ -50,6 +52,9 @@ BOOL CWnd::Attach(HWND hWndNew)
 
 HWND CWnd::Detach()
 {
+    if (accessibility) {
+        accessibility->Disconnect();
+    }
     if (superWindowProc != nullptr) {
         WindowProcedure::LeaveInChain(m_hWnd, std::exchange(superWindowProc, nullptr));
     }
