@@ -65,7 +65,11 @@ BEGIN_MESSAGE_MAP(YTextView, TBCGPInternalScrollBarWrapperWnd<CView>)
     ON_MESSAGE(WM_MOUSEWHEEL, &YTextView::OnMouseWheel)
 END_MESSAGE_MAP()
 
-YTextView::YTextView() = default;
+YTextView::YTextView()
+{
+    EnableActiveAccessibility();
+}
+
 YTextView::~YTextView() = default;
 
 // Creation and font
@@ -327,6 +331,9 @@ bool YTextView::GetBackgroundBrush(CBrush& brush) const
 void YTextView::OnDraw(CDC* dc)
 {
     repaintPending = false;
+    if (!dc->IsPrinting()) {
+        AnnounceChange();
+    }
     CRect clip;
     dc->GetClipBox(&clip);
     CBrush background;

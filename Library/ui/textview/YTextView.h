@@ -9,6 +9,7 @@
 
 #include <bitset>
 #include <memory>
+#include <string>
 
 // A read-only text display for a frame or a splitter, created by its run-time class. The host
 // derives from it to colour lines (GetTextAttributes), to watch the selection
@@ -28,6 +29,13 @@ public:
     void ShowVertScrollbarIfNeeded(bool show) override;
     // ITextViewLinkedScrollbarSink: the linked bar has moved.
     void Update() override;
+
+    // To screen readers: a read-only text. Its value are the lines that are seen, divided by line
+    // feeds, long ones cut; its description is what is selected.
+    HRESULT get_accRole(VARIANT child, VARIANT* role) override;
+    HRESULT get_accState(VARIANT child, VARIANT* state) override;
+    HRESULT get_accValue(VARIANT child, BSTR* value) override;
+    HRESULT get_accDescription(VARIANT child, BSTR* description) override;
 
 protected:
     void UpdateVScrollSize(unsigned total, unsigned page) override;
@@ -92,6 +100,12 @@ private:
     bool FillsOneCell(const wchar_t* text, unsigned count) const;
     void DrawCells(CDC& dc, int x, int y, const wchar_t* text, unsigned count) const;
 
+    std::wstring GetVisibleText() const;
+    std::wstring GetSelectedText() const;
+    void AnnounceChange();
+    std::size_t SumVisibleText() const;
+    std::size_t SumSelection() const;
+
     unsigned visibleScrollBars = 0;  // of ScrollBarId: has a range and is shown
     std::unique_ptr<CFont> font;  // null until the window exists
     std::bitset<firstUnmeasured> oneCellCharacters;  // by font; wide in their own cell exactly
@@ -99,4 +113,6 @@ private:
     // A repaint of the whole window has been asked for at that tick and not been painted yet.
     bool repaintPending = false;
     DWORD repaintTick = 0;
+    std::size_t announcedText = 0;  // sums of what screen readers have been told of; 0: nothing
+    std::size_t announcedSelection = 0;
 };

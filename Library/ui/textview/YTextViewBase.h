@@ -152,6 +152,7 @@ protected:
     void UpdateScrollSize();
     void ScrollToPoint(unsigned line, unsigned column);
 
+    void CalculateVisibleLines(unsigned& first, unsigned& count) const;
     unsigned GetPageWidth() const { return pageWidth; }  // whole cells
     unsigned GetPageHeight() const { return pageHeight; }  // whole lines
     unsigned GetTotalHorz() const { return buffer.GetMaxLineLength(); }
@@ -174,7 +175,6 @@ private:
     int GetHorizontalPoint(unsigned column) const;
     void PointToCharposition(POINT point, YTextViewCharPosition& position) const;
     void AdjustPoint(POINT& point) const;
-    void CalculateVisibleLines(unsigned& first, unsigned& count) const;
 
     // Scrolling.
     bool UsesLinkedScrollbar() const { return !showVertScrollbar && linkedVertScrollbar; }
