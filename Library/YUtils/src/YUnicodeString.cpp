@@ -1,20 +1,13 @@
 #include "YUnicodeString.h"
 
+#include "SensitiveText.h"
+
 #include <windows.h>
 
 #include <algorithm>
 #include <stdexcept>
 
 namespace {
-
-// Overwrites the whole block, not just the characters in use: the rest holds what stood there
-// before. Growing to the capacity does not reallocate.
-void WipeBlock(std::wstring& text) noexcept
-{
-    text.resize(text.capacity());
-    ::SecureZeroMemory(text.data(), text.size() * sizeof(wchar_t));
-    text.clear();
-}
 
 int CheckedLength(std::size_t length)
 {
@@ -196,16 +189,11 @@ void YUnicodeString::Clear() noexcept
 
 void YUnicodeString::Append(std::wstring_view more)
 {
-    if (!sensitive || more.size() <= text.capacity() - text.size()) {
+    if (sensitive) {
+        AppendSensitiveText(text, more);
+    } else {
         text.append(more);
-        return;
     }
-    // Growing in place would leave the old block behind unwiped.
-    std::wstring grown;
-    grown.reserve(std::max(text.size() + more.size(), text.capacity() * 2));
-    grown.append(text).append(more);
-    Wipe();
-    text = std::move(grown);
 }
 
 YUnicodeString& YUnicodeString::operator+=(const YUnicodeString& more)
@@ -227,20 +215,16 @@ YUnicodeString& YUnicodeString::operator+=(wchar_t more)
     return *this;
 }
 
-// The new text may be part of the old: it is copied before the old is wiped.
 void YUnicodeString::Assign(std::wstring_view next)
 {
-    if (!sensitive) {
+    if (sensitive) {
+        AssignSensitiveText(text, next);
+    } else {
         text.assign(next);
-        return;
     }
-    std::wstring replaced(next);
-    Wipe();
-    text.swap(replaced);
-    WipeBlock(replaced);
 }
 
 void YUnicodeString::Wipe() noexcept
 {
-    WipeBlock(text);
+    WipeText(text);
 }
