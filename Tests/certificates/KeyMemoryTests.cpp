@@ -1,6 +1,7 @@
 // Where the private key is while a certificate lives, and that it is nowhere afterwards.
 #include "CertificateKit.h"
 #include "OpenSslWatch.h"
+#include "support/MemorySearch.h"
 
 #include <array>
 #include <cstring>
@@ -59,37 +60,15 @@ std::vector<Marker> MakeMarkers(const OpenSSL::Key* key)
     return markers;
 }
 
-bool IsReadable(const MEMORY_BASIC_INFORMATION& region)
+unsigned CountMarkers(const std::vector<Marker>& markers)
 {
-    constexpr DWORD writable =
-        PAGE_READWRITE | PAGE_WRITECOPY | PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
-    return region.State == MEM_COMMIT && (region.Protect & writable) &&
-           !(region.Protect & PAGE_GUARD);
-}
-
-unsigned CountIn(const MEMORY_BASIC_INFORMATION& region, const std::vector<Marker>& markers)
-{
-    unsigned found = 0;
-    const auto* const memory = static_cast<const volatile unsigned char*>(region.BaseAddress);
-    for (std::size_t i = 0; i + Marker::bytes <= region.RegionSize; ++i) {
+    return CountInMemory<unsigned char>(Marker::bytes, [&](const volatile unsigned char* memory) {
+        unsigned found = 0;
         for (const Marker& marker : markers) {
-            found += marker.IsAt(memory + i) ? 1 : 0;
+            found += marker.IsAt(memory) ? 1 : 0;
         }
-    }
-    return found;
-}
-
-// In all that this process can write: heaps, those of freed blocks too, stacks, data.
-unsigned CountInMemory(const std::vector<Marker>& markers)
-{
-    unsigned found = 0;
-    MEMORY_BASIC_INFORMATION region{};
-    for (unsigned char* place = nullptr;
-         ::VirtualQuery(place, &region, sizeof region) == sizeof region;
-         place = static_cast<unsigned char*>(region.BaseAddress) + region.RegionSize) {
-        found += IsReadable(region) ? CountIn(region, markers) : 0;
-    }
-    return found;
+        return found;
+    });
 }
 
 }  // namespace
@@ -102,10 +81,10 @@ TEST_F(CertificateTest, KeyIsInMemoryOnlyWhileTheCertificateLives)
     ASSERT_TRUE(loaded) << error.GetText();
     const auto markers = MakeMarkers(certificate->GetOpenSslContext().GetKey());
     ASSERT_FALSE(markers.empty());
-    EXPECT_GE(CountInMemory(markers), 2 * markers.size() / 2);  // the numbers' order, of two keys
+    EXPECT_GE(CountMarkers(markers), 2 * markers.size() / 2);  // the numbers' order, of two keys
     certificate.Reset();
     loaded.Reset();
-    EXPECT_EQ(CountInMemory(markers), 0U);
+    EXPECT_EQ(CountMarkers(markers), 0U);
 }
 
 TEST_F(CertificateTest, KeyOfAFailedCreationIsNowhere)
@@ -127,6 +106,6 @@ TEST_F(CertificateTest, KeyOfAFailedCreationIsNowhere)
     ExpectFailure(MSG_CERTIFICATE_REQUEST_FAILED);
     place = original;
     ASSERT_FALSE(markers.empty());
-    EXPECT_EQ(CountInMemory(markers), 0U);
+    EXPECT_EQ(CountMarkers(markers), 0U);
     std::vector<Marker>().swap(markers);
 }
