@@ -355,9 +355,19 @@ class COMMONFRAMEWORK_API CEdit : public CWnd
 
     BOOL Create(DWORD dwStyle, const RECT& rect, CWnd* pParentWnd, UINT nID);
     using CWnd::Create;
-    void SetSel(int nStartChar, int nEndChar)
+    // Positions count characters; 0, -1: all. The caret is scrolled into view unless bNoScroll.
+    void SetSel(int nStartChar, int nEndChar, BOOL bNoScroll = FALSE);
+    void GetSel(int& nStartChar, int& nEndChar) const;
+    // bCanUndo: the user can take it back; otherwise there is nothing to take back any more.
+    void ReplaceSel(LPCTSTR lpszNewText, BOOL bCanUndo = FALSE)
     {
-        SendMessage(EM_SETSEL, static_cast<WPARAM>(nStartChar), nEndChar);
+        SendMessage(EM_REPLACESEL, static_cast<WPARAM>(bCanUndo),
+                    reinterpret_cast<LPARAM>(lpszNewText));
+    }
+    // -1: of a field with several lines, what is not selected of those with the selection.
+    int LineLength(int nLine = -1) const
+    {
+        return static_cast<int>(SendMessage(EM_LINELENGTH, static_cast<WPARAM>(nLine)));
     }
     void LimitText(int nChars = 0) { SendMessage(EM_LIMITTEXT, static_cast<WPARAM>(nChars)); }
 };

@@ -6,6 +6,7 @@
 #include "autocomplete/YAutoComplete.h"
 #include "autocomplete/YLineEdit.h"
 #include "support/CaseName.h"
+#include "support/Doomed.h"
 #include "support/ImportHook.h"
 #include "support/Input.h"
 #include "support/LeakCheck.h"
@@ -15,10 +16,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstring>
 #include <functional>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -306,28 +304,7 @@ TEST_F(LineEditTest, TheParentHearsOfEveryChange)
     EXPECT_EQ(seen, std::vector<std::wstring>{L""});  // by the hint itself
 }
 
-// Whoever writes into it after its end leaves a trace.
-class DoomedEdit : public TestEdit
-{
-public:
-    static void operator delete(void* memory, std::size_t size)
-    {
-        std::memset(memory, 0xDD, size);
-        remains.reset(static_cast<BYTE*>(memory));
-        sizeOfRemains = size;
-    }
-    static bool AreRemainsUntouched()
-    {
-        return std::all_of(remains.get(), remains.get() + sizeOfRemains,
-                           [](BYTE byte) { return byte == 0xDD; });
-    }
-    struct Bury
-    {
-        void operator()(BYTE* memory) const { ::operator delete(memory); }
-    };
-    static inline std::unique_ptr<BYTE, Bury> remains;
-    static inline std::size_t sizeOfRemains = 0;
-};
+using DoomedEdit = Doomed<TestEdit>;
 
 TEST_F(LineEditTest, TheHostMayEndTheEditAtAnyChange)
 {
@@ -366,7 +343,7 @@ TEST_F(LineEditTest, TheHostMayEndTheEditAtAnyChange)
         EXPECT_TRUE(DoomedEdit::AreRemainsUntouched()) << last;
     }
     EXPECT_GT(last, 20);
-    DoomedEdit::remains.reset();
+    DoomedEdit::Bury();
     host.atChange = nullptr;
 }
 
