@@ -3,8 +3,10 @@
 
 #include "BCGPEdit.h"
 #include "BCGPGlobals.h"
+#include "BCGPHeaderCtrl.h"
 #include "BCGPInternalScrollBarWrapperWnd.h"
 #include "BCGPListBox.h"
+#include "BCGPListCtrl.h"
 #include "BCGPRegistry.h"
 #include "BCGPToolBar.h"
 #include "BCGPToolbarButton.h"

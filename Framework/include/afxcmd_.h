@@ -25,6 +25,7 @@ typedef void (AFX_MSG_CALL CCmdTarget::*AFX_PMSG)();
     SIGNATURE(AfxSig_CommandId, CCmdTarget, void, (UINT))                \
     SIGNATURE(AfxSig_CommandUi, CCmdTarget, void, (CCmdUI*))             \
     SIGNATURE(AfxSig_Notify, CCmdTarget, void, (NMHDR*, LRESULT*))       \
+    SIGNATURE(AfxSig_NotifyEx, CCmdTarget, BOOL, (NMHDR*, LRESULT*))     \
     SIGNATURE(AfxSig_ThreadMessage, CWinThread, void, (WPARAM, LPARAM))  \
     SIGNATURE(AfxSig_Message, CWnd, LRESULT, (WPARAM, LPARAM))           \
     SIGNATURE(AfxSig_Plain, CWnd, void, ())                              \

@@ -102,3 +102,113 @@ private:
         return SendMessage(message, wParam, reinterpret_cast<LPARAM>(item));
     }
 };
+
+// The row of captions over the columns of a list.
+class COMMONFRAMEWORK_API CHeaderCtrl : public CWnd
+{
+    DECLARE_DYNAMIC(CHeaderCtrl)
+
+    int GetItemCount() const { return static_cast<int>(SendMessage(HDM_GETITEMCOUNT)); }
+    BOOL GetItem(int nPos, HDITEM* pHeaderItem) const
+    {
+        return Send(HDM_GETITEM, nPos, pHeaderItem) != 0;
+    }
+    BOOL SetItem(int nPos, HDITEM* pHeaderItem)
+    {
+        return Send(HDM_SETITEM, nPos, pHeaderItem) != 0;
+    }
+    BOOL GetItemRect(int nIndex, LPRECT lpRect) const
+    {
+        return Send(HDM_GETITEMRECT, nIndex, lpRect) != 0;
+    }
+
+private:
+    LRESULT Send(UINT message, int item, void* data) const
+    {
+        return SendMessage(message, static_cast<WPARAM>(item), reinterpret_cast<LPARAM>(data));
+    }
+};
+
+// A list of items with an image, a text for each column and a value of the program's. Items are
+// numbered from 0 in the order that is shown.
+class COMMONFRAMEWORK_API CListCtrl : public CWnd
+{
+    DECLARE_DYNAMIC(CListCtrl)
+
+    virtual BOOL Create(DWORD dwStyle, const RECT& rect, CWnd* pParentWnd, UINT nID);
+    using CWnd::Create;
+
+    DWORD GetExtendedStyle() const
+    {
+        return static_cast<DWORD>(SendMessage(LVM_GETEXTENDEDLISTVIEWSTYLE));
+    }
+    DWORD SetExtendedStyle(DWORD dwNewStyle)  // the one before
+    {
+        return static_cast<DWORD>(
+            SendMessage(LVM_SETEXTENDEDLISTVIEWSTYLE, 0, static_cast<LPARAM>(dwNewStyle)));
+    }
+
+    // Columns. The index, or -1.
+    int InsertColumn(int nCol, const LVCOLUMN* pColumn)
+    {
+        return Send(LVM_INSERTCOLUMN, nCol, pColumn);
+    }
+    int InsertColumn(int nCol, LPCTSTR lpszColumnHeading, int nFormat = LVCFMT_LEFT,
+                     int nWidth = -1, int nSubItem = -1);
+    int GetColumnWidth(int nCol) const { return Send(LVM_GETCOLUMNWIDTH, nCol); }
+    BOOL SetColumnWidth(int nCol, int cx)  // pixels, or LVSCW_...
+    {
+        return Send(LVM_SETCOLUMNWIDTH, nCol, MAKELPARAM(cx, 0));
+    }
+
+    // Items. The index, or -1.
+    int InsertItem(const LVITEM* pItem) { return Send(LVM_INSERTITEM, 0, pItem); }
+    BOOL DeleteItem(int nItem) { return Send(LVM_DELETEITEM, nItem); }
+    BOOL DeleteAllItems() { return Send(LVM_DELETEALLITEMS, 0); }
+    int GetItemCount() const { return Send(LVM_GETITEMCOUNT, 0); }
+    BOOL GetItem(LVITEM* pItem) const { return Send(LVM_GETITEM, 0, pItem); }
+    BOOL SetItem(const LVITEM* pItem) { return Send(LVM_SETITEM, 0, pItem); }
+    DWORD_PTR GetItemData(int nItem) const;
+    BOOL SetItemData(int nItem, DWORD_PTR dwData);
+    CString GetItemText(int nItem, int nSubItem) const;
+    BOOL SetItemText(int nItem, int nSubItem, LPCTSTR lpszText);
+    // The first item after nItem (-1: from the start) that is all of nFlags (LVNI_...), or -1.
+    int GetNextItem(int nItem, int nFlags) const { return Send(LVM_GETNEXTITEM, nItem, nFlags); }
+    int FindItem(LVFINDINFO* pFindInfo, int nStart = -1) const
+    {
+        return Send(LVM_FINDITEM, nStart, pFindInfo);
+    }
+    UINT GetItemState(int nItem, UINT nMask) const
+    {
+        return static_cast<UINT>(Send(LVM_GETITEMSTATE, nItem, static_cast<LPARAM>(nMask)));
+    }
+    BOOL SetItemState(int nItem, UINT nState, UINT nMask);  // nItem -1: all items
+    BOOL GetCheck(int nItem) const;  // of the box that LVS_EX_CHECKBOXES gives
+    BOOL SetCheck(int nItem, BOOL fCheck = TRUE);
+    UINT GetSelectedCount() const { return static_cast<UINT>(Send(LVM_GETSELECTEDCOUNT, 0)); }
+
+    BOOL EnsureVisible(int nItem, BOOL bPartialOK)
+    {
+        return Send(LVM_ENSUREVISIBLE, nItem, static_cast<LPARAM>(bPartialOK));
+    }
+    BOOL GetItemRect(int nItem, LPRECT lpRect, UINT nCode) const;
+    int GetStringWidth(LPCTSTR lpsz) const { return Send(LVM_GETSTRINGWIDTH, 0, lpsz); }
+    BOOL RedrawItems(int nFirst, int nLast) { return Send(LVM_REDRAWITEMS, nFirst, nLast); }
+
+    // The order changes only meanwhile; the comparison must keep to one.
+    BOOL SortItems(PFNLVCOMPARE pfnCompare, DWORD_PTR dwData)
+    {
+        return static_cast<BOOL>(
+            SendMessage(LVM_SORTITEMS, dwData, reinterpret_cast<LPARAM>(pfnCompare)));
+    }
+
+private:
+    int Send(UINT message, int item, LPARAM lParam = 0) const
+    {
+        return static_cast<int>(SendMessage(message, static_cast<WPARAM>(item), lParam));
+    }
+    int Send(UINT message, int item, const void* data) const
+    {
+        return Send(message, item, reinterpret_cast<LPARAM>(data));
+    }
+};

@@ -108,6 +108,9 @@
     AFX_ENTRY(WM_REFLECT_BASE + WM_COMMAND, static_cast<WORD>(code), 0, 0, AfxSig_Command, handler)
 #define ON_NOTIFY_REFLECT(code, handler) \
     AFX_ENTRY(WM_REFLECT_BASE + WM_NOTIFY, static_cast<WORD>(code), 0, 0, AfxSig_Notify, handler)
+// FALSE from the handler: the parent hears of it, too.
+#define ON_NOTIFY_REFLECT_EX(code, handler) \
+    AFX_ENTRY(WM_REFLECT_BASE + WM_NOTIFY, static_cast<WORD>(code), 0, 0, AfxSig_NotifyEx, handler)
 
 // Messages of our own
 #define ON_MESSAGE(message, handler) AFX_ENTRY(message, 0, 0, 0, AfxSig_Message, handler)

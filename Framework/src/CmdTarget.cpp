@@ -4,17 +4,22 @@ IMPLEMENT_DYNAMIC(CCmdTarget, CObject)
 
 namespace {
 
-void CallCommandHandler(CCmdTarget& target, const AFX_MSGMAP_ENTRY& entry, UINT id, void* extra)
+// FALSE: the handler leaves it to others.
+BOOL CallCommandHandler(CCmdTarget& target, const AFX_MSGMAP_ENTRY& entry, UINT id, void* extra)
 {
+    const auto* const notify = static_cast<const AFX_NOTIFY*>(extra);
     switch (entry.nSig) {
-    case AfxSig_Command: return (target.*RestoreSignature<AfxSig_Command>(entry.pfn))();
-    case AfxSig_CommandId: return (target.*RestoreSignature<AfxSig_CommandId>(entry.pfn))(id);
-    case AfxSig_Notify: {
-        const AFX_NOTIFY& notify = *static_cast<const AFX_NOTIFY*>(extra);
-        return (target.*RestoreSignature<AfxSig_Notify>(entry.pfn))(notify.pNMHDR, notify.pResult);
-    }
+    case AfxSig_Command: (target.*RestoreSignature<AfxSig_Command>(entry.pfn))(); break;
+    case AfxSig_CommandId: (target.*RestoreSignature<AfxSig_CommandId>(entry.pfn))(id); break;
+    case AfxSig_Notify:
+        (target.*RestoreSignature<AfxSig_Notify>(entry.pfn))(notify->pNMHDR, notify->pResult);
+        break;
+    case AfxSig_NotifyEx:
+        return (target.*RestoreSignature<AfxSig_NotifyEx>(entry.pfn))(notify->pNMHDR,
+                                                                      notify->pResult);
     default: ASSERT(false);
     }
+    return TRUE;
 }
 
 }  // namespace
@@ -46,8 +51,7 @@ BOOL CCmdTarget::OnCmdMsg(UINT nID, int nCode, void* pExtra, AFX_CMDHANDLERINFO*
         return TRUE;
     }
     if (!isUpdate) {
-        CallCommandHandler(*this, *entry, nID, pExtra);
-        return TRUE;
+        return CallCommandHandler(*this, *entry, nID, pExtra);
     }
     CCmdUI& item = *static_cast<CCmdUI*>(pExtra);
     item.m_bContinueRouting = FALSE;

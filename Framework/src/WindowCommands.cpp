@@ -2,6 +2,8 @@
 #include "FrameworkState.h"
 #include "WindowMap.h"
 
+#include <cstring>
+
 namespace {
 
 // Asks a command's update handler whether the command may run, and shows nothing.
@@ -25,6 +27,14 @@ bool IsEnabled(CCmdTarget& target, UINT id)
     return test.isEnabled;
 }
 
+// Some notifications are packed structures: their headers lie wherever they lie.
+NMHDR HeaderOf(LPARAM lParam)
+{
+    NMHDR header;
+    std::memcpy(&header, reinterpret_cast<const void*>(lParam), sizeof header);
+    return header;
+}
+
 }  // namespace
 
 BOOL CWnd::OnCommand(WPARAM wParam, LPARAM lParam)
@@ -42,12 +52,12 @@ BOOL CWnd::OnCommand(WPARAM wParam, LPARAM lParam)
 
 BOOL CWnd::OnNotify(WPARAM, LPARAM lParam, LRESULT* pResult)
 {
-    NMHDR* const header = reinterpret_cast<NMHDR*>(lParam);
-    if (ReflectLastMsg(header->hwndFrom, pResult)) {
+    const NMHDR header = HeaderOf(lParam);
+    if (ReflectLastMsg(header.hwndFrom, pResult)) {
         return TRUE;
     }
-    AFX_NOTIFY notify{pResult, header};
-    return OnCmdMsg(static_cast<UINT>(header->idFrom), MAKELONG(header->code, WM_NOTIFY), &notify,
+    AFX_NOTIFY notify{pResult, reinterpret_cast<NMHDR*>(lParam)};
+    return OnCmdMsg(static_cast<UINT>(header.idFrom), MAKELONG(header.code, WM_NOTIFY), &notify,
                     nullptr);
 }
 
@@ -78,9 +88,9 @@ BOOL CWnd::ReflectChildNotify(UINT message, WPARAM wParam, LPARAM lParam, LRESUL
         return OnCmdMsg(0, MAKELONG(HIWORD(wParam), WM_REFLECT_BASE + WM_COMMAND), nullptr,
                         nullptr);
     case WM_NOTIFY: {
-        NMHDR* const header = reinterpret_cast<NMHDR*>(lParam);
-        AFX_NOTIFY notify{pResult, header};
-        return OnCmdMsg(0, MAKELONG(header->code, WM_REFLECT_BASE + WM_NOTIFY), &notify, nullptr);
+        AFX_NOTIFY notify{pResult, reinterpret_cast<NMHDR*>(lParam)};
+        return OnCmdMsg(0, MAKELONG(HeaderOf(lParam).code, WM_REFLECT_BASE + WM_NOTIFY), &notify,
+                        nullptr);
     }
     default:
         return message >= WM_CTLCOLORMSGBOX && message <= WM_CTLCOLORSTATIC &&
