@@ -32,7 +32,6 @@ class CheckListTest : public testing::Test
 {
 protected:
     static void SetUpTestSuite() { ASSERT_TRUE(AfxOleInit()); }
-    static void TearDownTestSuite() { AfxOleTerm(); }
 
     void SetUp() override
     {
@@ -619,6 +618,7 @@ TEST_F(CheckListTest, TellsOfEachBoxThatHasChanged)
     list.SetCheckState(1, 1, 1);
     list.SetCheckState(15, 1, 1);
     EXPECT_EQ(told.size(), 2u) << "no change, not seen";
+    told = {};
 }
 
 TEST_F(CheckListTest, AThousandRoundsLeaveNothingBehind)
