@@ -103,7 +103,6 @@ public:
         return refuses ? FALSE : YPropertyTreePage::OnKillActive();
     }
     void OnShow() override { log += L"show "; }
-    using YPropertyTreePage::OnChange;
 
     std::wstring TakeLog() { return std::exchange(log, {}); }
 

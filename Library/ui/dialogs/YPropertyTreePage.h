@@ -40,10 +40,12 @@ class COMMONUI_API YPropertyTreePage : public CDialog, public YPropertyTreePageB
     void OnCancel() override {}
     YUnicodeString GetStateMapName() const override { return stateMapName; }
 
+    // For the notifications of controls, and for controls that have none of their own for it
+    // (YControllingCheckBox): the dialog has something to apply.
+    afx_msg void OnChange();
+
 protected:
     IPropertyTreeDialog* InternalGetParentDialog() const override { return parentDialog; }
-    // For the notifications of controls: the dialog has something to apply.
-    afx_msg void OnChange();
 
 private:
     friend class YPropertyTreeDialog;
