@@ -40,6 +40,7 @@ int main(int argc, char** argv)
     AddScrollSubjects(report);
     AddSettingsSubjects(report);
     AddCertificateSubjects(report);
+    AddListSubjects(report);
     AddLoadSubject(report);
     int count = static_cast<int>(arguments.size());
     benchmark::Initialize(&count, arguments.data());

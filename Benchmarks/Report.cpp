@@ -39,6 +39,11 @@ void Report::ShowRate(const std::string& subject, const std::string& ours, const
     subjects.push_back({subject, Kind::Rate, ours, bare, std::nullopt, factor});
 }
 
+void Report::ShowCost(const std::string& subject, const std::string& ours, const std::string& bare)
+{
+    subjects.push_back({subject, Kind::Cost, ours, bare, std::nullopt, 1.0});
+}
+
 bool Report::ReportContext(const Context&)
 {
     return true;

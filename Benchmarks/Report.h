@@ -25,6 +25,7 @@ public:
     // For the reader; nothing is asked of it.
     void ShowRate(const std::string& subject, const std::string& ours, const std::string& bare,
                   double factor = 1.0);
+    void ShowCost(const std::string& subject, const std::string& ours, const std::string& bare);
 
     // benchmark::BenchmarkReporter
     bool ReportContext(const Context& context) override;

@@ -41,7 +41,7 @@ TEST(YString, GrowsAndMoves)
     EXPECT_EQ(text, "abcd");
     YString moved = std::move(text);
     EXPECT_TRUE(text.IsEmpty());
-    moved = text.c_str();
-    EXPECT_EQ(moved, "");
+    moved = "new";
+    EXPECT_EQ(moved, "new");
     EXPECT_TRUE(moved.IsSensitive());  // once sensitive, always
 }

@@ -7,6 +7,7 @@
 #include "controls/YListCtrlScopes.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstddef>
 
@@ -155,7 +156,7 @@ int YListCtrl::AddItemPrivate(const std::vector<YUnicodeString>& columns, int im
 {
     LVITEM item{};
     item.mask = LVIF_TEXT | (data != 0 ? LVIF_PARAM : 0) | (image != noImage ? LVIF_IMAGE : 0);
-    item.iItem = index < 0 ? GetItemCount() : index;
+    item.iItem = index < 0 ? INT_MAX : index;  // past the end is at the end
     item.pszText = const_cast<wchar_t*>(columns.empty() ? L"" : columns[0].c_str());
     item.lParam = static_cast<LPARAM>(data);
     item.iImage = image;

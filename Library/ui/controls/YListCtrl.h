@@ -142,6 +142,7 @@ private:
     void ApplyFilter();
     void StopFilterTimer();
     void Refill();
+    void RemoveEach();
     void ReselectSaved(int row, unsigned long data);
 
     void SortByRow();
@@ -170,5 +171,6 @@ private:
     bool allHighlighted = false;  // the list is disabled
     bool rearranging = false;
     bool applyingOrder = false;  // rows carry other values than theirs: nobody may look
+    int lastReselected = -1;  // row that a refill has selected again
     std::vector<std::optional<CString>> sortTexts;  // of the sort column by row, as asked for
 };

@@ -90,16 +90,29 @@ void YListCtrl::Refill()
     {
         const Rearrangement rearrangement(*this);
         filterHelper->OnFilterRefill(true);
-        DeselectAll();  // removing a row costs the more the more rows are selected
-        for (int left = GetItemCount(); left > 0; --left) {
-            RemoveItem(0);
-        }
+        RemoveEach();
+        lastReselected = -1;
         filterHelper->RefillItems();
+        if (lastReselected >= 0) {
+            SetItemState(lastReselected, LVIS_FOCUSED, LVIS_FOCUSED);
+        }
         filterHelper->OnFilterRefill(false);
     }
     EnsureSelectionIsVisible();
 }
 
+// Removing costs the more the more rows are selected, and a list that is scrolled down moves its bar
+// with every row that goes.
+void YListCtrl::RemoveEach()
+{
+    DeselectAll();
+    EnsureVisible(0, FALSE);
+    for (int left = GetItemCount(); left > 0; --left) {
+        RemoveItem(0);
+    }
+}
+
+// The focus, to which the list scrolls, goes to the last one when all are there.
 void YListCtrl::ReselectSaved(int row, unsigned long data)
 {
     if (savedSelection.empty()) {
@@ -112,5 +125,6 @@ void YListCtrl::ReselectSaved(int row, unsigned long data)
     if (--saved->second == 0) {
         savedSelection.erase(saved);
     }
-    SelectRow(row);
+    SetItemState(row, LVIS_SELECTED, LVIS_SELECTED);
+    lastReselected = row;
 }
