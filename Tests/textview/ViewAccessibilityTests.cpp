@@ -46,7 +46,7 @@ protected:
     static constexpr wchar_t library[] = L"CommonUi.dll";
     const ImportHook listening{library, "USER32.dll", "IsWinEventHookInstalled", &SomebodyListens};
     const ImportHook noting{library, "USER32.dll", "NotifyWinEvent", &NoteEvent};
-    const std::vector<DWORD> none;
+    const std::vector<DWORD> none{};
     const std::vector<DWORD> valueChange{EVENT_OBJECT_VALUECHANGE};
     const std::vector<DWORD> selectionChange{EVENT_OBJECT_TEXTSELECTIONCHANGED};
 };
