@@ -7,7 +7,6 @@
 #include <YBasicBuffer.h>
 #include <YFormatMessage.h>
 #include <YMessages.h>
-#include <YString.h>
 
 #include <algorithm>
 #include <exception>
@@ -43,10 +42,10 @@ const char* GetBytes(LineEnd end)
     return "\r\n";
 }
 
-YUnknownPointer<YBasicBuffer> MakeBuffer(std::string_view bytes, bool isSecret)
+YUnknownPointer<YBasicBuffer> MakeBuffer(const std::string& bytes)
 {
     const auto size = static_cast<unsigned>(bytes.size());
-    auto buffer = YUnknownPointer<YBasicBuffer>::Make(size, isSecret);
+    auto buffer = YUnknownPointer<YBasicBuffer>::Make(size);
     std::copy(bytes.begin(), bytes.end(), buffer->Data());
     buffer->SetSize(size);
     return buffer;
@@ -129,35 +128,15 @@ bool Connection::Send(const std::wstring& line)
     }
     const YUnknownPointer<Connection> self(this);
     const std::string bytes = ToUtf8(line) + GetBytes(lineEnd);
+    const YUnknownPointer<YBasicBuffer> buffer = MakeBuffer(bytes);
     if (showsSent) {
         ShowSent(bytes);
     }
-    Write(bytes, false);
-    return true;
-}
-
-bool Connection::SendSecret(const YUnicodeString& line)
-{
-    if (state != ConnectionState::Connected) {
-        return false;
-    }
-    YString bytes(Str::Sensitive);
-    std::string converted = line.ToBytes(CP_UTF8);
-    bytes.Append(converted);
-    ::SecureZeroMemory(converted.data(), converted.size());
-    bytes += GetBytes(lineEnd);
-    Write(bytes, true);
-    return true;
-}
-
-// Whoever was shown what is sent may have closed the connection.
-void Connection::Write(std::string_view bytes, bool isSecret)
-{
     if (socket) {
-        const YUnknownPointer<Connection> self(this);
         ++pendingWrites;
-        socket->Write(nullptr, MakeBuffer(bytes, isSecret).Get());
+        socket->Write(nullptr, buffer.Get());
     }
+    return true;
 }
 
 // What the socket answers. Since its sink goes before it is closed, it is always the socket of now.

@@ -18,7 +18,6 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 enum class ConnectionState {
@@ -69,7 +68,6 @@ public:
     void Disconnect();
     // A line without its end. False: not connected.
     bool Send(const std::wstring& line);
-    bool SendSecret(const YUnicodeString& line);  // shown to nobody, and wiped where we have had it
     void SetLineEnd(LineEnd end) { lineEnd = end; }  // of what is sent from now on
     void SetShowingSent(bool on) { showsSent = on; }
 
@@ -97,7 +95,6 @@ private:
     void Receive(const IBuffer& buffer, const unsigned char* bytes);
     void Tell(bool atEnd);
     void ShowSent(const std::string& bytes);
-    void Write(std::string_view bytes, bool isSecret);
     void CutLine();
     void ChangeState(ConnectionState next);
     void End(ConnectionState how);

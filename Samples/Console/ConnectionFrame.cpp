@@ -9,9 +9,7 @@
 #include <YMessageBox.h>
 #include <afxdlgs.h>
 
-#include <algorithm>
 #include <new>
-#include <utility>
 
 namespace {
 
@@ -70,19 +68,7 @@ ConnectionFrame::~ConnectionFrame()
 
 ConnectionFrame* ConnectionFrame::Open(ConsoleSettings& settings, const Peer& peer, int show)
 {
-    return Open(settings, peer, std::nullopt, show);
-}
-
-ConnectionFrame* ConnectionFrame::Open(ConsoleSettings& settings, const Session& session, int show)
-{
-    return Open(settings, session.peer, session, show);
-}
-
-ConnectionFrame* ConnectionFrame::Open(ConsoleSettings& settings, const Peer& peer,
-                                       std::optional<Session> session, int show)
-{
     auto* const frame = new ConnectionFrame(settings);  // deletes itself with its window
-    frame->session = std::move(session);
     if (!frame->LoadFrame(IDR_CONNECTION)) {
         return nullptr;
     }
@@ -193,8 +179,7 @@ void ConnectionFrame::GetMessageString(UINT id, CString& message) const
 void ConnectionFrame::Connect(const Peer& peer)
 {
     GetSettings().SetPeer(peer);
-    const std::wstring shown = session ? session->name : ToText(peer);
-    SetWindowText((shown + L" - Console").c_str());
+    SetWindowText((ToText(peer) + L" - Console").c_str());
     ShowAddress(ToText(peer));
     ApplyToConnection();
     connection->Connect(peer);
@@ -204,27 +189,8 @@ void ConnectionFrame::Connect(const Peer& peer)
 void ConnectionFrame::ApplyToConnection()
 {
     const ConsoleChoices& choices = GetSettings().GetChoices();
-    const bool ownLineEnd = session && session->lineEnd != Session::lineEndAsInOptions;
-    connection->SetLineEnd(static_cast<LineEnd>(ownLineEnd ? session->lineEnd : choices.lineEnd));
-    connection->SetShowingSent(session ? session->showsSent : choices.showsSent);
-}
-
-// What the session says first, once it is connected. The password stands in no window and no log.
-void ConnectionFrame::Greet()
-{
-    if (!session) {
-        return;
-    }
-    if (session->logsIn) {
-        connection->Send(session->user);
-        connection->SendSecret(session->password.Get());
-    }
-    const std::wstring& lines = session->firstLines;
-    for (std::size_t begin = 0; begin < lines.size();) {
-        const std::size_t end = std::min(lines.find(L"\r\n", begin), lines.size());
-        connection->Send(lines.substr(begin, end - begin));
-        begin = end + 2;
-    }
+    connection->SetLineEnd(static_cast<LineEnd>(choices.lineEnd));
+    connection->SetShowingSent(choices.showsSent);
 }
 
 // Where every connection is to be logged. What cannot be written is told among the lines.
@@ -233,8 +199,7 @@ void ConnectionFrame::StartLog()
     const ConsoleChoices& choices = GetSettings().GetChoices();
     SessionLog& log = connection->GetLog();
     YReportMessageParams error;
-    const bool logs = choices.logs || (session && session->logs);
-    if (logs && connection->IsOpen() && !log.IsRunning() &&
+    if (choices.logs && connection->IsOpen() && !log.IsRunning() &&
         !log.Start(MakeLogPath(choices.logFolder, connection->GetPeer()), error)) {
         ShowNotice(error.GetTrimmedTextSingleLine());
     }
@@ -277,9 +242,6 @@ void ConnectionFrame::OnStateChange()
     case ConnectionState::Connecting:
     case ConnectionState::Closing: break;  // until something comes of it
     case ConnectionState::Connected:
-        ShowNotice(DescribeState());
-        Greet();
-        break;
     case ConnectionState::EndedByUs:
     case ConnectionState::EndedByPeer:
     case ConnectionState::Failed: ShowNotice(DescribeState()); break;

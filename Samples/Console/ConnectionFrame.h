@@ -4,10 +4,8 @@
 #include "Connection.h"
 #include "ConsoleFrame.h"
 #include "InputLine.h"
-#include "Session.h"
 
 #include <memory>
-#include <optional>
 #include <string>
 
 // The conversation in a view, a line to type in below it. The connection's state stands in the
@@ -20,8 +18,6 @@ public:
 
     // Null: the window could not be made. show: how to (SW_...).
     static ConnectionFrame* Open(ConsoleSettings& settings, const Peer& peer, int show);
-    // As the session has it, which is copied.
-    static ConnectionFrame* Open(ConsoleSettings& settings, const Session& session, int show);
 
     ConsoleView& GetView() const override { return *view; }
     void OpenFile(const std::wstring& path) override;
@@ -58,16 +54,12 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
-    static ConnectionFrame* Open(ConsoleSettings& settings, const Peer& peer,
-                                 std::optional<Session> session, int show);
-
     void OnLines(const LineBatch& lines, bool endsUnfinished) override;
     void OnStateChange() override;
     void OnLogStop(const YReportMessageParams& error) override;
 
     void Connect(const Peer& peer);
     void ApplyToConnection();
-    void Greet();
     void StartLog();
     bool IsTyping() const;
     void ShowInputFont();
@@ -80,7 +72,6 @@ private:
     ConsoleView* view = nullptr;  // windows delete themselves
     InputLine input;
     std::unique_ptr<CFont> inputFont;
-    std::optional<Session> session;  // that the connection belongs to
     CStatusBar statusBar;
     bool laysOut = false;
 };

@@ -149,12 +149,6 @@ void ConsoleApp::ShowWindows(const ConsoleOptions& options)
     if (connects) {
         CWnd* const frame = ConnectionFrame::Open(settings, options.peer, m_nCmdShow);
         m_pMainWnd = m_pMainWnd ? m_pMainWnd : frame;
-        return;
-    }
-    for (const auto& session : settings.GetSessions().Get()) {
-        if (session->connectsAtStart) {
-            ConnectionFrame::Open(settings, *session, m_nCmdShow);
-        }
     }
 }
 

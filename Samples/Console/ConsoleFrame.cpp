@@ -1,6 +1,5 @@
 #include "ConsoleFrame.h"
 
-#include "AboutDialog.h"
 #include "ConnectDialog.h"
 #include "ConnectionFrame.h"
 #include "ConsoleMessages.h"
@@ -8,7 +7,6 @@
 #include "ConsoleText.h"
 #include "ConsoleView.h"
 #include "OptionsDialog.h"
-#include "SessionsDialog.h"
 #include "resource.h"
 
 #include <YMessageBox.h>
@@ -59,7 +57,6 @@ BEGIN_MESSAGE_MAP(ConsoleFrame, CFrameWnd)
     ON_WM_MOUSEWHEEL()
     ON_COMMAND(ID_FILE_OPEN, &ConsoleFrame::OnFileOpen)
     ON_COMMAND(ID_FILE_CONNECT, &ConsoleFrame::OnFileConnect)
-    ON_COMMAND(ID_FILE_SESSIONS, &ConsoleFrame::OnFileSessions)
     ON_COMMAND(ID_ADDRESS, &ConsoleFrame::OnAddress)
     ON_COMMAND(ID_ADDRESS_SHOWN, &ConsoleFrame::OnAddressShown)
     ON_CONTROL(EN_SETFOCUS, ID_ADDRESS, &ConsoleFrame::OnAddressFocus)
@@ -198,16 +195,6 @@ void ConsoleFrame::OnFileConnect()
     Peer peer = settings.GetPeer();
     if (AskForPeer(*this, peer)) {
         ConnectionFrame::Open(settings, peer, SW_SHOWNORMAL);
-    }
-}
-
-void ConsoleFrame::OnFileSessions()
-{
-    SessionsDialog dialog(settings, this);
-    const bool connects = dialog.DoModal() == IDOK;
-    SaveSettings();
-    if (connects && dialog.GetChosen()) {
-        ConnectionFrame::Open(settings, *dialog.GetChosen(), SW_SHOWNORMAL);
     }
 }
 
@@ -369,7 +356,8 @@ void ConsoleFrame::OnViewEnd()
 
 void ConsoleFrame::OnAbout()
 {
-    AboutDialog(this).DoModal();
+    const YReportMessageParams message(CONSOLE_ABOUT, ::AfxGetInstanceHandle());
+    YMessageBox(this, &message, MB_ICONINFORMATION);
 }
 
 void ConsoleFrame::OnUpdateCancel(CCmdUI* item)

@@ -190,8 +190,6 @@ bool ConsoleSettings::Load(YReportMessageParams& error)
     }
     recentFiles.Load(key);
     recentHosts.Load(key);
-    columnWidths.Load(key);
-    sessions.Load(key);
     return true;
 }
 
@@ -212,8 +210,7 @@ bool ConsoleSettings::Save(YReportMessageParams& error)
     const auto values = GetValues();
     if (!WriteChoices(choices, stored, key, error) ||
         !std::all_of(values.begin(), values.end(), save) || !recentFiles.Save(key, error) ||
-        !recentHosts.Save(key, error) || !columnWidths.Save(key, error) ||
-        !sessions.Save(key, error)) {
+        !recentHosts.Save(key, error)) {
         return false;
     }
     stored = choices;
@@ -228,7 +225,6 @@ bool ConsoleSettings::IsModified()
 {
     const auto values = GetValues();
     return choices != stored || recentFiles.IsModified() || recentHosts.IsModified() ||
-           columnWidths.IsModified() || sessions.IsModified() ||
            std::any_of(values.begin(), values.end(),
                        [](const YProfileData* data) { return data->IsModified(); });
 }

@@ -1,11 +1,9 @@
 // ConsoleSettings.h: what the program keeps from one run to the next.
 #pragma once
 
-#include "ColumnWidths.h"
 #include "ConsoleChoices.h"
 #include "Peer.h"
 #include "RecentList.h"
-#include "Session.h"
 
 #include <YProfileData.h>
 #include <YProfileWindowPlacement.h>
@@ -58,9 +56,6 @@ public:
     YProfileWindowPlacement& GetPlacement() { return placement; }
     YProfileWindowPlacement& GetOptionsPlacement() { return optionsPlacement; }
     YProfileWindowPlacement& GetCertificatePlacement() { return certificatePlacement; }
-    YProfileWindowPlacement& GetSessionsPlacement() { return sessionsPlacement; }
-    ColumnWidths& GetColumnWidths() { return columnWidths; }
-    SessionList& GetSessions() { return sessions; }
     // How the pages of the options were left; until the program ends.
     YPropertyPageStateMap& GetPageStates() { return pageStates; }
     // Of the find box, on the screen; (-1, -1): where the system puts it.
@@ -68,15 +63,9 @@ public:
     void SetFindPlace(YPoint place);
 
 private:
-    std::array<YProfileData*, 7> GetValues()
+    std::array<YProfileData*, 6> GetValues()
     {
-        return {&host,
-                &port,
-                &placement,
-                &optionsPlacement,
-                &findPlace,
-                &certificatePlacement,
-                &sessionsPlacement};
+        return {&host, &port, &placement, &optionsPlacement, &certificatePlacement, &findPlace};
     }
     bool IsModified();
 
@@ -88,10 +77,7 @@ private:
     YProfileWindowPlacement placement{L"Window"};
     YProfileWindowPlacement optionsPlacement{L"Options Window"};
     YProfileWindowPlacement certificatePlacement{L"Certificate Window"};
-    YProfileWindowPlacement sessionsPlacement{L"Sessions Window"};
     YProfile2<YUnicodeString, YProfileSz> findPlace{L"Find Window"};
-    ColumnWidths columnWidths;
-    SessionList sessions;
     YPropertyPageStateMap pageStates;
     RecentList recentFiles{L"Recent Files", L"File", mostRecentFiles};
     RecentList recentHosts{L"Recent Hosts", L"Host", mostRecentHosts};
