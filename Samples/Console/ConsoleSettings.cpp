@@ -190,6 +190,8 @@ bool ConsoleSettings::Load(YReportMessageParams& error)
     }
     recentFiles.Load(key);
     recentHosts.Load(key);
+    sessions.Load(key);
+    columnWidths.Load(key);
     return true;
 }
 
@@ -210,7 +212,8 @@ bool ConsoleSettings::Save(YReportMessageParams& error)
     const auto values = GetValues();
     if (!WriteChoices(choices, stored, key, error) ||
         !std::all_of(values.begin(), values.end(), save) || !recentFiles.Save(key, error) ||
-        !recentHosts.Save(key, error)) {
+        !recentHosts.Save(key, error) || !sessions.Save(key, error) ||
+        !columnWidths.Save(key, error)) {
         return false;
     }
     stored = choices;
@@ -225,6 +228,7 @@ bool ConsoleSettings::IsModified()
 {
     const auto values = GetValues();
     return choices != stored || recentFiles.IsModified() || recentHosts.IsModified() ||
+           sessions.IsModified() || columnWidths.IsModified() ||
            std::any_of(values.begin(), values.end(),
                        [](const YProfileData* data) { return data->IsModified(); });
 }

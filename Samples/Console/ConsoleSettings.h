@@ -1,9 +1,11 @@
 // ConsoleSettings.h: what the program keeps from one run to the next.
 #pragma once
 
+#include "ColumnWidths.h"
 #include "ConsoleChoices.h"
 #include "Peer.h"
 #include "RecentList.h"
+#include "SessionList.h"
 
 #include <YProfileData.h>
 #include <YProfileWindowPlacement.h>
@@ -53,9 +55,13 @@ public:
 
     void ForgetRecent();  // files and hosts
 
+    SessionList& GetSessions() { return sessions; }
+    ColumnWidths& GetColumnWidths() { return columnWidths; }
+
     YProfileWindowPlacement& GetPlacement() { return placement; }
     YProfileWindowPlacement& GetOptionsPlacement() { return optionsPlacement; }
     YProfileWindowPlacement& GetCertificatePlacement() { return certificatePlacement; }
+    YProfileWindowPlacement& GetSessionsPlacement() { return sessionsPlacement; }
     // How the pages of the options were left; until the program ends.
     YPropertyPageStateMap& GetPageStates() { return pageStates; }
     // Of the find box, on the screen; (-1, -1): where the system puts it.
@@ -63,9 +69,15 @@ public:
     void SetFindPlace(YPoint place);
 
 private:
-    std::array<YProfileData*, 6> GetValues()
+    std::array<YProfileData*, 7> GetValues()
     {
-        return {&host, &port, &placement, &optionsPlacement, &certificatePlacement, &findPlace};
+        return {&host,
+                &port,
+                &placement,
+                &optionsPlacement,
+                &certificatePlacement,
+                &sessionsPlacement,
+                &findPlace};
     }
     bool IsModified();
 
@@ -77,8 +89,11 @@ private:
     YProfileWindowPlacement placement{L"Window"};
     YProfileWindowPlacement optionsPlacement{L"Options Window"};
     YProfileWindowPlacement certificatePlacement{L"Certificate Window"};
+    YProfileWindowPlacement sessionsPlacement{L"Sessions Window"};
     YProfile2<YUnicodeString, YProfileSz> findPlace{L"Find Window"};
     YPropertyPageStateMap pageStates;
     RecentList recentFiles{L"Recent Files", L"File", mostRecentFiles};
     RecentList recentHosts{L"Recent Hosts", L"Host", mostRecentHosts};
+    SessionList sessions;
+    ColumnWidths columnWidths;
 };

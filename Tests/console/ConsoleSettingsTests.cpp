@@ -1,72 +1,17 @@
 // What the program remembers, kept in a folder as for a user.
-#include "ConsoleSettings.h"
-
+#include "SettingsTest.h"
 #include "foundation/ScratchRegistry.h"
 
-#include <CommonUiInit.h>
-#include <FolderProfile.h>
-#include <gtest/gtest.h>
-
 #include <cwchar>
-#include <filesystem>
-#include <fstream>
-#include <memory>
-#include <string>
 #include <vector>
-
-namespace {
 
 namespace fs = std::filesystem;
 
-FolderProfileFactory* factory;
-
-YProfileStoreFactory* GetFactory()
-{
-    return factory;
-}
-
-class ConsoleSettingsTest : public testing::Test
+class ConsoleSettingsTest : public SettingsFolderTest
 {
 protected:
-    ConsoleSettingsTest()
-        : folder(fs::temp_directory_path() /
-                 (L"console-settings-" + std::to_wstring(::GetCurrentProcessId()))),
-          profiles(folder.wstring(), [this](const ProfileReport&) { ++incidents; })
-    {
-        fs::create_directories(folder);
-        factory = &profiles;
-        CommonUiInit(nullptr, &GetFactory, nullptr);
-    }
-    ~ConsoleSettingsTest() override
-    {
-        CommonUiInit(nullptr, nullptr, nullptr);
-        fs::remove_all(folder);
-    }
-
-    static ConsoleSettings Load()
-    {
-        ConsoleSettings settings;
-        YReportMessageParams error;
-        EXPECT_TRUE(settings.Load(error)) << error.GetMessageId();
-        return settings;
-    }
-    static void Save(ConsoleSettings& settings)
-    {
-        YReportMessageParams error;
-        EXPECT_TRUE(settings.Save(error)) << error.GetMessageId();
-    }
-    void WriteFile(const std::string& text) const
-    {
-        std::ofstream(folder / L"Console.ini", std::ios::binary) << text;
-    }
-
     ScratchRegistry registry;
-    int incidents = 0;
-    fs::path folder;
-    FolderProfileFactory profiles;
 };
-
-}  // namespace
 
 TEST_F(ConsoleSettingsTest, ComeBackAsTheyWereLeft)
 {
