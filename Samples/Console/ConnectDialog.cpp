@@ -1,10 +1,9 @@
 #include "ConnectDialog.h"
 
 #include "ConsoleMessages.h"
+#include "DialogText.h"
 #include "resource.h"
 
-#include <YMessageBox.h>
-#include <YReportMessageParams.h>
 #include <afxwin.h>
 
 #include <exception>
@@ -13,17 +12,6 @@ namespace {
 
 constexpr WPARAM longestHost = 1'024;  // characters; no name has more
 constexpr WPARAM longestPort = 5;
-
-std::wstring GetTrimmed(HWND dialog, int id)
-{
-    wchar_t text[longestHost + 1] = L"";
-    ::GetDlgItemTextW(dialog, id, text, static_cast<int>(std::size(text)));
-    const std::wstring whole = text;
-    const std::size_t begin = whole.find_first_not_of(L" \t");
-    return begin == std::wstring::npos
-               ? std::wstring()
-               : whole.substr(begin, whole.find_last_not_of(L" \t") - begin + 1);
-}
 
 void Show(HWND dialog, Peer& peer)
 {
@@ -34,22 +22,13 @@ void Show(HWND dialog, Peer& peer)
     ::SetDlgItemInt(dialog, IDC_PORT, peer.port, FALSE);
 }
 
-// The user sees what is wrong where the focus is then.
-void Complain(HWND dialog, unsigned messageId, int controlId)
-{
-    const YReportMessageParams message(messageId, ::AfxGetInstanceHandle());
-    YMessageBox(CWnd::FromHandle(dialog), &message);
-    ::SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(::GetDlgItem(dialog, controlId)),
-                   TRUE);
-}
-
 void Accept(HWND dialog)
 {
     Peer chosen;
-    chosen.host = GetTrimmed(dialog, IDC_HOST);
+    chosen.host = GetTrimmedText(dialog, IDC_HOST);
     if (chosen.host.empty()) {
         Complain(dialog, CONSOLE_NO_HOST, IDC_HOST);
-    } else if (!ParsePort(GetTrimmed(dialog, IDC_PORT).c_str(), chosen.port)) {
+    } else if (!ParsePort(GetTrimmedText(dialog, IDC_PORT).c_str(), chosen.port)) {
         Complain(dialog, CONSOLE_WRONG_PORT, IDC_PORT);
     } else {
         *reinterpret_cast<Peer*>(::GetWindowLongPtrW(dialog, DWLP_USER)) = chosen;

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <exception>
 #include <new>
+#include <string_view>
 #include <utility>
 
 namespace {
@@ -48,6 +49,21 @@ YUnknownPointer<YBasicBuffer> MakeBuffer(const std::string& bytes)
     auto buffer = YUnknownPointer<YBasicBuffer>::Make(size);
     std::copy(bytes.begin(), bytes.end(), buffer->Data());
     buffer->SetSize(size);
+    return buffer;
+}
+
+// As UTF-8, straight into the one block that is wiped.
+YUnknownPointer<YBasicBuffer> MakeSecretBuffer(const YUnicodeString& text, std::string_view end)
+{
+    const int length = static_cast<int>(text.GetLength());
+    const int size =
+        ::WideCharToMultiByte(CP_UTF8, 0, text.c_str(), length, nullptr, 0, nullptr, nullptr);
+    const auto whole = static_cast<unsigned>(size) + static_cast<unsigned>(end.size());
+    auto buffer = YUnknownPointer<YBasicBuffer>::Make(whole, true);
+    ::WideCharToMultiByte(CP_UTF8, 0, text.c_str(), length, reinterpret_cast<char*>(buffer->Data()),
+                          size, nullptr, nullptr);
+    std::copy(end.begin(), end.end(), buffer->Data() + size);
+    buffer->SetSize(whole);
     return buffer;
 }
 
@@ -132,11 +148,26 @@ bool Connection::Send(const std::wstring& line)
     if (showsSent) {
         ShowSent(bytes);
     }
+    Write(buffer.Get());
+    return true;
+}
+
+bool Connection::SendSecret(const YUnicodeString& line)
+{
+    if (state != ConnectionState::Connected) {
+        return false;
+    }
+    const YUnknownPointer<Connection> self(this);
+    Write(MakeSecretBuffer(line, GetBytes(lineEnd)).Get());
+    return true;
+}
+
+void Connection::Write(IBuffer* buffer)
+{
     if (socket) {
         ++pendingWrites;
-        socket->Write(nullptr, buffer.Get());
+        socket->Write(nullptr, buffer);
     }
-    return true;
 }
 
 // What the socket answers. Since its sink goes before it is closed, it is always the socket of now.

@@ -13,6 +13,7 @@
 #include <YIoSocket.h>
 #include <YNotificationSink.h>
 #include <YReportMessageParams.h>
+#include <YUnicodeString.h>
 #include <YUnknown.h>
 #include <YUnknownPointer.h>
 
@@ -68,6 +69,8 @@ public:
     void Disconnect();
     // A line without its end. False: not connected.
     bool Send(const std::wstring& line);
+    // The same for a password: it is not shown, and wiped when it is on its way.
+    bool SendSecret(const YUnicodeString& line);
     void SetLineEnd(LineEnd end) { lineEnd = end; }  // of what is sent from now on
     void SetShowingSent(bool on) { showsSent = on; }
 
@@ -94,6 +97,7 @@ private:
     void ReadOn(IBuffer* buffer);
     void Receive(const IBuffer& buffer, const unsigned char* bytes);
     void Tell(bool atEnd);
+    void Write(IBuffer* buffer);
     void ShowSent(const std::string& bytes);
     void CutLine();
     void ChangeState(ConnectionState next);

@@ -69,16 +69,35 @@ ConnectionFrame::~ConnectionFrame()
 ConnectionFrame* ConnectionFrame::Open(ConsoleSettings& settings, const Peer& peer, int show)
 {
     auto* const frame = new ConnectionFrame(settings);  // deletes itself with its window
-    if (!frame->LoadFrame(IDR_CONNECTION)) {
+    if (!frame->Make(show)) {
         return nullptr;
     }
-    frame->ApplyLook(settings.GetChoices().outlines);
-    frame->ShowInputFont();
-    frame->view->SetLineLimit(settings.GetLineLimit());
-    frame->InitialUpdateFrame(nullptr, FALSE);
-    frame->ActivateFrame(show);
     frame->Connect(peer);
     return frame;
+}
+
+ConnectionFrame* ConnectionFrame::Open(ConsoleSettings& settings, const Session& session, int show)
+{
+    auto* const frame = new ConnectionFrame(settings);  // deletes itself with its window
+    frame->saved = session;
+    if (!frame->Make(show)) {
+        return nullptr;
+    }
+    frame->Connect(session.peer);
+    return frame;
+}
+
+bool ConnectionFrame::Make(int show)
+{
+    if (!LoadFrame(IDR_CONNECTION)) {
+        return false;
+    }
+    ApplyLook(GetSettings().GetChoices().outlines);
+    ShowInputFont();
+    view->SetLineLimit(GetSettings().GetLineLimit());
+    InitialUpdateFrame(nullptr, FALSE);
+    ActivateFrame(show);
+    return true;
 }
 
 int ConnectionFrame::OnCreate(CREATESTRUCT* create)
@@ -179,27 +198,55 @@ void ConnectionFrame::GetMessageString(UINT id, CString& message) const
 void ConnectionFrame::Connect(const Peer& peer)
 {
     GetSettings().SetPeer(peer);
-    SetWindowText((ToText(peer) + L" - Console").c_str());
+    SetWindowText(((saved ? saved->name : ToText(peer)) + L" - Console").c_str());
     ShowAddress(ToText(peer));
     ApplyToConnection();
     connection->Connect(peer);
     StartLog();
 }
 
+bool ConnectionFrame::HasOption(unsigned option, bool usual) const
+{
+    return saved ? (saved->options & option) != 0 : usual;
+}
+
 void ConnectionFrame::ApplyToConnection()
 {
     const ConsoleChoices& choices = GetSettings().GetChoices();
-    connection->SetLineEnd(static_cast<LineEnd>(choices.lineEnd));
-    connection->SetShowingSent(choices.showsSent);
+    const auto usual = static_cast<LineEnd>(choices.lineEnd);
+    connection->SetLineEnd(saved ? saved->lineEnd.value_or(usual) : usual);
+    connection->SetShowingSent(HasOption(Session::showsSent, choices.showsSent));
 }
 
-// Where every connection is to be logged. What cannot be written is told among the lines.
+// Unasked by the peer, which reads it in its own time. The password goes past the lines that are shown
+// and past the log, which has what the peer sends: whether it is there is up to the peer's echo.
+void ConnectionFrame::LogIn()
+{
+    if (!saved) {
+        return;
+    }
+    if (saved->logsIn) {
+        const YUnicodeString password = saved->password.Get();
+        if (password.IsEmpty() && !saved->password.IsEmpty()) {
+            ShowNotice(LoadText(IDS_PASSWORD_UNREADABLE));
+            return;
+        }
+        connection->Send(saved->user);
+        connection->SendSecret(password);
+    }
+    for (const std::wstring& line : saved->lines) {
+        connection->Send(line);
+    }
+}
+
+// Where this connection, or every one, is to be logged. What cannot be written is told among the lines.
 void ConnectionFrame::StartLog()
 {
     const ConsoleChoices& choices = GetSettings().GetChoices();
     SessionLog& log = connection->GetLog();
     YReportMessageParams error;
-    if (choices.logs && connection->IsOpen() && !log.IsRunning() &&
+    const bool isWanted = choices.logs || HasOption(Session::logs, false);
+    if (isWanted && connection->IsOpen() && !log.IsRunning() &&
         !log.Start(MakeLogPath(choices.logFolder, connection->GetPeer()), error)) {
         ShowNotice(error.GetTrimmedTextSingleLine());
     }
@@ -242,6 +289,9 @@ void ConnectionFrame::OnStateChange()
     case ConnectionState::Connecting:
     case ConnectionState::Closing: break;  // until something comes of it
     case ConnectionState::Connected:
+        ShowNotice(DescribeState());
+        LogIn();
+        break;
     case ConnectionState::EndedByUs:
     case ConnectionState::EndedByPeer:
     case ConnectionState::Failed: ShowNotice(DescribeState()); break;

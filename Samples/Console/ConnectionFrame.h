@@ -4,8 +4,10 @@
 #include "Connection.h"
 #include "ConsoleFrame.h"
 #include "InputLine.h"
+#include "Session.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 // The conversation in a view, a line to type in below it. The connection's state stands in the
@@ -18,6 +20,8 @@ public:
 
     // Null: the window could not be made. show: how to (SW_...).
     static ConnectionFrame* Open(ConsoleSettings& settings, const Peer& peer, int show);
+    // As the user has saved it: line end, log, login and what is sent then, at every connection.
+    static ConnectionFrame* Open(ConsoleSettings& settings, const Session& session, int show);
 
     ConsoleView& GetView() const override { return *view; }
     void OpenFile(const std::wstring& path) override;
@@ -58,9 +62,12 @@ private:
     void OnStateChange() override;
     void OnLogStop(const YReportMessageParams& error) override;
 
+    bool Make(int show);
     void Connect(const Peer& peer);
     void ApplyToConnection();
+    bool HasOption(unsigned option, bool usual) const;
     void StartLog();
+    void LogIn();
     bool IsTyping() const;
     void ShowInputFont();
     int GetInputHeight() const;
@@ -69,6 +76,7 @@ private:
     void UpdatePanes();
 
     const YUnknownPointer<Connection> connection;
+    std::optional<Session> saved;  // none: as in the options, and nothing is sent
     ConsoleView* view = nullptr;  // windows delete themselves
     InputLine input;
     std::unique_ptr<CFont> inputFont;

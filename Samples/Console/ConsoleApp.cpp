@@ -149,6 +149,18 @@ void ConsoleApp::ShowWindows(const ConsoleOptions& options)
     if (connects) {
         CWnd* const frame = ConnectionFrame::Open(settings, options.peer, m_nCmdShow);
         m_pMainWnd = m_pMainWnd ? m_pMainWnd : frame;
+    } else {
+        ConnectAtStart();
+    }
+}
+
+void ConsoleApp::ConnectAtStart()
+{
+    const SessionList& sessions = settings.GetSessions();
+    for (std::size_t i = 0; m_pMainWnd && i < sessions.GetCount(); ++i) {
+        if ((sessions.Get(i).options & Session::atStart) != 0) {
+            ConnectionFrame::Open(settings, sessions.Get(i), SW_SHOWNORMAL);
+        }
     }
 }
 

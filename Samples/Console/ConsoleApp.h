@@ -31,6 +31,7 @@ private:
     bool OpenProfiles(const ConsoleOptions& options);
     void LoadSettings();
     void ShowWindows(const ConsoleOptions& options);
+    void ConnectAtStart();
     void ShowFile(const ConsoleOptions& options);
 
     std::unique_ptr<FolderProfileFactory> profiles;

@@ -1,5 +1,6 @@
 #include "ConsoleFrame.h"
 
+#include "AboutDialog.h"
 #include "ConnectDialog.h"
 #include "ConnectionFrame.h"
 #include "ConsoleMessages.h"
@@ -7,6 +8,7 @@
 #include "ConsoleText.h"
 #include "ConsoleView.h"
 #include "OptionsDialog.h"
+#include "SessionsDialog.h"
 #include "resource.h"
 
 #include <YMessageBox.h>
@@ -57,6 +59,7 @@ BEGIN_MESSAGE_MAP(ConsoleFrame, CFrameWnd)
     ON_WM_MOUSEWHEEL()
     ON_COMMAND(ID_FILE_OPEN, &ConsoleFrame::OnFileOpen)
     ON_COMMAND(ID_FILE_CONNECT, &ConsoleFrame::OnFileConnect)
+    ON_COMMAND(ID_FILE_SESSIONS, &ConsoleFrame::OnFileSessions)
     ON_COMMAND(ID_ADDRESS, &ConsoleFrame::OnAddress)
     ON_COMMAND(ID_ADDRESS_SHOWN, &ConsoleFrame::OnAddressShown)
     ON_CONTROL(EN_SETFOCUS, ID_ADDRESS, &ConsoleFrame::OnAddressFocus)
@@ -195,6 +198,21 @@ void ConsoleFrame::OnFileConnect()
     Peer peer = settings.GetPeer();
     if (AskForPeer(*this, peer)) {
         ConnectionFrame::Open(settings, peer, SW_SHOWNORMAL);
+    }
+}
+
+// The dialog may outlive the window, as the options do.
+void ConsoleFrame::OnFileSessions()
+{
+    const HWND window = m_hWnd;
+    ConsoleSettings& kept = settings;
+    SessionsDialog dialog(kept, this);
+    const bool connects = dialog.DoModal() == IDOK;
+    if (::IsWindow(window)) {
+        SaveSettings();
+    }
+    if (connects) {
+        ConnectionFrame::Open(kept, dialog.GetChosen(), SW_SHOWNORMAL);
     }
 }
 
@@ -356,8 +374,7 @@ void ConsoleFrame::OnViewEnd()
 
 void ConsoleFrame::OnAbout()
 {
-    const YReportMessageParams message(CONSOLE_ABOUT, ::AfxGetInstanceHandle());
-    YMessageBox(this, &message, MB_ICONINFORMATION);
+    AboutDialog(this).DoModal();
 }
 
 void ConsoleFrame::OnUpdateCancel(CCmdUI* item)

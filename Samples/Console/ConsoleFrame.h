@@ -50,6 +50,7 @@ protected:
     afx_msg BOOL OnMouseWheel(UINT flags, short delta, CPoint point);
     afx_msg void OnFileOpen();
     afx_msg void OnFileConnect();
+    afx_msg void OnFileSessions();
     afx_msg void OnAddress();
     afx_msg void OnAddressShown();
     afx_msg void OnAddressFocus();

@@ -3,47 +3,12 @@
 #include "ConsoleFrame.h"
 #include "ConsoleSettings.h"
 #include "ConsoleText.h"
+#include "OthersDisabled.h"
 #include "resource.h"
-
-#include <vector>
 
 namespace {
 
 constexpr unsigned withApplyButton = 1;
-
-// The other windows of the program wait while choices are made: they use them, and would close the
-// dialog's owner by their Exit.
-class OthersDisabled
-{
-public:
-    explicit OthersDisabled(const CWnd* owner) : ownerWindow(owner->GetSafeHwnd())
-    {
-        ::EnumThreadWindows(::GetCurrentThreadId(), &Disable, reinterpret_cast<LPARAM>(this));
-    }
-    OthersDisabled(const OthersDisabled&) = delete;
-    OthersDisabled& operator=(const OthersDisabled&) = delete;
-    ~OthersDisabled()
-    {
-        for (const HWND window : disabled) {
-            ::EnableWindow(window, TRUE);
-        }
-    }
-
-private:
-    static BOOL CALLBACK Disable(HWND window, LPARAM self)
-    {
-        auto& others = *reinterpret_cast<OthersDisabled*>(self);
-        if (window != others.ownerWindow && ::IsWindowVisible(window) &&
-            ::IsWindowEnabled(window)) {
-            others.disabled.push_back(window);
-            ::EnableWindow(window, FALSE);
-        }
-        return TRUE;
-    }
-
-    HWND ownerWindow;
-    std::vector<HWND> disabled;
-};
 
 }  // namespace
 

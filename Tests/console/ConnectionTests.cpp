@@ -5,10 +5,10 @@
 #include "ConsoleSettings.h"
 #include "ConsoleView.h"
 #include "LineRules.h"
+#include "Server.h"
 #include "resource.h"
 #include "support/ImportHook.h"
 #include "support/Input.h"
-#include "support/TestThread.h"
 #include "textview/Lines.h"
 
 #include <gtest/gtest.h>
@@ -18,56 +18,6 @@
 #include <fstream>
 
 namespace {
-
-// Accepts one connection after another and talks to each, on a thread of its own.
-class Server
-{
-public:
-    Server(int conversations, std::function<void(SOCKET)> talk)
-    {
-        WSADATA data;
-        ::WSAStartup(MAKEWORD(2, 2), &data);
-        listener = ::socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in address{AF_INET, 0, {}, {}};
-        int length = sizeof address;
-        address.sin_addr.s_addr = ::htonl(INADDR_LOOPBACK);
-        EXPECT_EQ(::bind(listener, reinterpret_cast<sockaddr*>(&address), length), 0);
-        ::listen(listener, 5);
-        ::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length);
-        peer = {L"127.0.0.1", ::ntohs(address.sin_port)};
-        thread.emplace([this, conversations, talk] {
-            for (int i = 0; i < conversations; ++i) {
-                const SOCKET accepted = ::accept(listener, nullptr, nullptr);
-                talk(accepted);
-                ::closesocket(accepted);
-            }
-        });
-    }
-    ~Server()
-    {
-        thread.reset();
-        ::closesocket(listener);
-    }
-
-    Peer peer;
-
-private:
-    SOCKET listener;
-    std::optional<TestThread> thread;
-};
-
-void Put(SOCKET socket, const std::string& text)
-{
-    ::send(socket, text.data(), static_cast<int>(text.size()), 0);
-}
-
-// What has come; empty at the end.
-std::string Get(SOCKET socket)
-{
-    std::string bytes(1 << 16, 0);
-    bytes.resize(std::max(::recv(socket, bytes.data(), 1 << 16, 0), 0));
-    return bytes;
-}
 
 class Recorder : public ConnectionObserver
 {
