@@ -4,19 +4,21 @@
 #include "MessageMap.h"
 #include "WindowMap.h"
 
+#include <utility>
+
 namespace {
 
 // Makes a message the thread's current one, for Default and for what parents hand back.
 class HandledMessage
 {
 public:
-    explicit HandledMessage(const MSG& message) : outer(GetThreadState().handled)
-    {
-        GetThreadState().handled = message;
-    }
-    ~HandledMessage() { GetThreadState().handled = outer; }
+    explicit HandledMessage(const MSG& message)
+        : handled(GetThreadState().handled), outer(std::exchange(handled, message))
+    {}
+    ~HandledMessage() { handled = outer; }
 
 private:
+    MSG& handled;  // the thread's
     MSG outer;
 };
 
