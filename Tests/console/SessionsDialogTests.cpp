@@ -229,7 +229,8 @@ TEST_F(SessionsTest, ASessionIsAddedWithAllThatItsUserWants)
     EXPECT_EQ(added.lineEnd, LineEnd::Lf);
     EXPECT_EQ(added.options & Session::showsSent, 0u);
     EXPECT_EQ(added.lines, (Names{L"one", L"two"}));
-    EXPECT_EQ(shownMessages.size(), 1u);
+    ASSERT_EQ(shownMessages.size(), 1u);
+    EXPECT_NE(shownMessages[0].find(L"BETA"), std::wstring::npos);
 }
 
 TEST_F(SessionsTest, WidthsAreRememberedAndReopeningLeaksNothing)
