@@ -133,6 +133,7 @@ private:
     std::vector<int> GetSelectedRows() const;
     void SelectRow(int row);
     void DeselectAll();
+    void ClearFocus();
     void HighlightAll();
     void RestoreSelection();
     void HighlightAdded(int row);

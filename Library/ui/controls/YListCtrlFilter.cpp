@@ -101,11 +101,12 @@ void YListCtrl::Refill()
     EnsureSelectionIsVisible();
 }
 
-// Removing costs the more the more rows are selected, and a list that is scrolled down moves its bar
-// with every row that goes.
+// Removing costs the more the more rows are selected; a list that is scrolled down moves its bar, and
+// one with a focus that, with every row that goes.
 void YListCtrl::RemoveEach()
 {
     DeselectAll();
+    ClearFocus();
     EnsureVisible(0, FALSE);
     for (int left = GetItemCount(); left > 0; --left) {
         RemoveItem(0);

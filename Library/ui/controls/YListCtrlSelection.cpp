@@ -64,6 +64,7 @@ bool YListCtrl::DeleteSelectedItems()
         return false;
     }
     const DrawingOff drawingOff(*this);
+    ClearFocus();  // it would be moved with every row
     int last = row;
     for (; row >= 0; row = FindSelected(last - 1)) {  // nothing before it is selected
         last = row;
@@ -116,6 +117,14 @@ void YListCtrl::DeselectAll()
     }
 }
 
+void YListCtrl::ClearFocus()
+{
+    const int row = GetNextItem(-1, LVNI_FOCUSED);
+    if (row >= 0) {
+        SetItemState(row, 0, LVIS_FOCUSED);
+    }
+}
+
 void YListCtrl::OnEnable(BOOL enable)
 {
     CBCGPListCtrl::OnEnable(enable);
@@ -146,7 +155,7 @@ void YListCtrl::RestoreSelection()
     const Rearrangement rearrangement(*this);
     allHighlighted = false;
     DeselectAll();
-    SetItemState(GetNextItem(-1, LVNI_FOCUSED), 0, LVIS_FOCUSED);
+    ClearFocus();
     ModifyStyle(0, singleSelection ? LVS_SINGLESEL : 0);
     for (const int row : disabledSelection) {
         SelectRow(row);
