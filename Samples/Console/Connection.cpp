@@ -148,6 +148,9 @@ bool Connection::Send(const std::wstring& line)
     if (showsSent) {
         ShowSent(bytes);
     }
+    if (logsSent) {
+        WriteLog(bytes.data(), bytes.size());
+    }
     Write(buffer.Get());
     return true;
 }
@@ -259,14 +262,25 @@ void Connection::Receive(const IBuffer& buffer, const unsigned char* bytes)
 {
     const unsigned count = buffer.Size();
     receivedBytes += count;
-    YReportMessageParams logError;
-    if (!log.Write(bytes, count, logError) && observer) {
-        observer->OnLogStop(logError);
-    }
+    WriteLog(bytes, count);
     if (decoder) {
         batch.Clear();
         decoder->Decode(bytes, count, batch);
         Tell(false);
+    }
+}
+
+void Connection::LogNotice(const std::wstring& text)
+{
+    const std::string bytes = ToUtf8(text) + GetBytes(LineEnd::CrLf);
+    WriteLog(bytes.data(), bytes.size());
+}
+
+void Connection::WriteLog(const void* bytes, std::size_t count)
+{
+    YReportMessageParams logError;
+    if (!log.Write(bytes, static_cast<DWORD>(count), logError) && observer) {
+        observer->OnLogStop(logError);
     }
 }
 

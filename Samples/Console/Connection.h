@@ -73,6 +73,9 @@ public:
     bool SendSecret(const YUnicodeString& line);
     void SetLineEnd(LineEnd end) { lineEnd = end; }  // of what is sent from now on
     void SetShowingSent(bool on) { showsSent = on; }
+    void SetLoggingSent(bool on) { logsSent = on; }
+    // A line of our own among what the log holds, where there is a log.
+    void LogNotice(const std::wstring& text);
 
     ConnectionState GetState() const { return state; }
     bool IsOpen() const { return socket != nullptr; }  // or opening, or closing
@@ -99,6 +102,7 @@ private:
     void Tell(bool atEnd);
     void Write(IBuffer* buffer);
     void ShowSent(const std::string& bytes);
+    void WriteLog(const void* bytes, std::size_t count);
     void CutLine();
     void ChangeState(ConnectionState next);
     void End(ConnectionState how);
@@ -110,6 +114,7 @@ private:
     Peer peer;
     LineEnd lineEnd = LineEnd::CrLf;
     bool showsSent = true;
+    bool logsSent = false;
     YReportMessageParams error;
     YUnknownPointer<YIoSocket> socket;  // null: none is open
     unsigned pendingWrites = 0;

@@ -215,6 +215,7 @@ void ConnectionFrame::ApplyToConnection()
     const ConsoleChoices& choices = GetSettings().GetChoices();
     const auto usual = static_cast<LineEnd>(choices.lineEnd);
     connection->SetLineEnd(saved ? saved->lineEnd.value_or(usual) : usual);
+    connection->SetLoggingSent(choices.logsSent);
     connection->SetShowingSent(HasOption(Session::showsSent, choices.showsSent));
 }
 
@@ -322,7 +323,11 @@ std::wstring ConnectionFrame::DescribeState() const
 
 void ConnectionFrame::ShowNotice(const std::wstring& text)
 {
-    view->ShowNotice(FormatText(IDS_NOTICE, text.c_str()).c_str());
+    const std::wstring notice = FormatText(IDS_NOTICE, text.c_str());
+    view->ShowNotice(notice.c_str());
+    if (GetSettings().GetChoices().logsNotices) {
+        connection->LogNotice(notice);
+    }
 }
 
 // Commands

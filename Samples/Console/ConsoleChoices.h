@@ -38,6 +38,8 @@ struct ConsoleChoices
     std::wstring certificate;  // its file; empty: none
     bool logs = false;  // every connection from its start
     std::wstring logFolder;
+    bool logsSent = false;  // beside what is received
+    bool logsNotices = false;
 
     bool follows = true;  // a file that is opened
     unsigned codePage = CP_ACP;  // of files that are no Unicode

@@ -52,6 +52,8 @@ constexpr FlagValue flags[] = {
     {L"Find Whole Words", &ConsoleChoices::matchesWords},
     {L"Show Sent Lines", &ConsoleChoices::showsSent},
     {L"Log Connections", &ConsoleChoices::logs},
+    {L"Log Sent Lines", &ConsoleChoices::logsSent},
+    {L"Log Notices", &ConsoleChoices::logsNotices},
     {L"Follow Files", &ConsoleChoices::follows},
     {L"Remember Recent", &ConsoleChoices::remembers},
 };

@@ -75,6 +75,17 @@ std::wstring NameCodePage(UINT codePage)
     return ::GetCPInfoExW(codePage, 0, &info) ? info.CodePageName : std::to_wstring(codePage);
 }
 
+// What a log can hold beside what is received, in the order of the rows.
+struct LoggedKind
+{
+    UINT textId;
+    bool ConsoleChoices::*choice;
+};
+constexpr LoggedKind loggedKinds[] = {
+    {IDS_LOG_SENT, &ConsoleChoices::logsSent},
+    {IDS_LOG_NOTICES, &ConsoleChoices::logsNotices},
+};
+
 bool IsOffered(UINT codePage)
 {
     return codePage <= CP_OEMCP || ::IsValidCodePage(codePage);
@@ -333,9 +344,38 @@ END_MESSAGE_MAP()
 
 LogPage::LogPage(ConsoleChoices& edited) : OptionPage(IDD_OPTIONS_LOG, edited) {}
 
+LogPage* LogPage::shown = nullptr;
+
+BOOL LogPage::OnInitDialog()
+{
+    shown = this;
+    CRect caption;
+    GetDlgItem(IDC_LOG_COLUMN)->GetWindowRect(&caption);
+    kinds.Create(WS_VISIBLE, this, IDC_LOG_KINDS, &LogPage::OnKindsChange);
+    kinds.SetRadioStyle(false);
+    kinds.AddCheckColumn(caption.left);
+    for (const LoggedKind& kind : loggedKinds) {
+        kinds.AddItem(LoadText(kind.textId).c_str());
+    }
+    return OptionPage::OnInitDialog();
+}
+
+void LogPage::OnKindsChange()
+{
+    shown->OnChange();
+}
+
 void LogPage::Exchange(CDataExchange& exchange)
 {
     ExchangeCheck(exchange, IDC_LOGS, choices.logs);
+    for (int row = 0; row < kinds.GetCount(); ++row) {
+        bool& choice = choices.*loggedKinds[row].choice;
+        if (exchange.m_bSaveAndValidate) {
+            choice = kinds.GetCheckState(row, 0) > 0;
+        } else {
+            kinds.SetCheckState(row, 0, choice ? 1 : 0);
+        }
+    }
     ExchangeText(exchange, IDC_LOG_FOLDER, MAX_PATH, choices.logFolder);
     if (!exchange.m_bSaveAndValidate || !choices.logs) {
         return;

@@ -4,6 +4,7 @@
 #include "ConsoleChoices.h"
 
 #include <YProfileTlsVersions.h>
+#include <controls/YCheckListBox.h>
 #include <dialogs/YPropertyTreePage.h>
 
 #include <memory>
@@ -136,9 +137,17 @@ public:
     explicit LogPage(ConsoleChoices& edited);
 
 protected:
+    BOOL OnInitDialog() override;
     void Exchange(CDataExchange& exchange) override;
     afx_msg void OnBrowse();
     DECLARE_MESSAGE_MAP()
+
+private:
+    static void OnKindsChange();
+
+    static LogPage*
+        shown;  // one at a time: the list of kinds tells no more than that it has changed
+    YCheckListBox kinds;
 };
 
 class FilesPage : public OptionPage

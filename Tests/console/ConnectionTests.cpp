@@ -238,6 +238,8 @@ TEST(ConnectionFrame, LogsWhereItsUserWantsLogs)
         ConsoleChoices choices;
         choices.logs = true;
         choices.logFolder = folder.wstring();
+        choices.logsSent = true;
+        choices.logsNotices = true;
         ChangeChoices(settings, choices);
         ASSERT_TRUE(Activate(*frame));
         TypeKey('A');
@@ -254,7 +256,7 @@ TEST(ConnectionFrame, LogsWhereItsUserWantsLogs)
     EXPECT_EQ(logs[0].filename().wstring().find(L"127.0.0.1 "), 0u);
     std::ostringstream text;
     text << std::ifstream(logs[0], std::ios::binary).rdbuf();
-    EXPECT_EQ(text.str(), "Echo: a\r\n");
+    EXPECT_EQ(text.str().find("a\r\nEcho: a\r\n--- 127.0.0.1 port "), 0u) << text.str();
     fs::remove_all(folder);
 }
 

@@ -240,6 +240,26 @@ TEST_F(OptionsTest, ACertificateIsMadeAndShown)
     EXPECT_TRUE(folder.Has(L"console.csr"));
 }
 
+TEST_F(OptionsTest, ALogHoldsWhatIsChecked)
+{
+    const INT_PTR result = Choose([&](ScriptedOptions& dialog) {
+        dialog.GoTo(IDD_OPTIONS_LOG);
+        ASSERT_TRUE(StandsStill(dialog));
+        const HWND kinds = dialog.Control(IDC_LOG_KINDS);
+        RECT caption{};
+        ::GetWindowRect(dialog.Control(IDC_LOG_COLUMN), &caption);
+        POINT box{caption.left + 4, 0};
+        ::ScreenToClient(kinds, &box);
+        EXPECT_FALSE(::IsWindowEnabled(::GetDlgItem(dialog, PROPERTY_TREE_APPLY)));
+        ClickLeft(kinds, {box.x, 4});
+        EXPECT_TRUE(::IsWindowEnabled(::GetDlgItem(dialog, PROPERTY_TREE_APPLY)));
+        TypeKey(VK_RETURN);
+    });
+    EXPECT_EQ(result, IDOK);
+    EXPECT_TRUE(Choices().logsSent);
+    EXPECT_FALSE(Choices().logsNotices);
+}
+
 // As they are filled; in the language of the process, which is English or French.
 TEST_F(OptionsTest, EveryPageShowsAllThatItSays)
 {

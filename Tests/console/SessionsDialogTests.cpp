@@ -132,7 +132,9 @@ TEST_F(SessionsTest, TypingFiltersAndReturnConnectsToWhatIsLeft)
                         std::pair(L"23", Names{L"gamma"}), std::pair(L"aDa", Names{L"gamma"})}) {
                       TypeChord({VK_CONTROL, 'A'});
                       TypeText(typed);
-                      EXPECT_TRUE(PumpUntil([&] { return NamesIn(dialog) == left; })) << typed;
+                      EXPECT_TRUE(PumpUntil([&, &expected = left] {
+                          return NamesIn(dialog) == expected;
+                      })) << typed;
                       EXPECT_FALSE(IsEnabled(dialog, IDC_SESSION_DOWN)) << "in no order";
                   }
                   TypeChord({VK_MENU, 'F'});

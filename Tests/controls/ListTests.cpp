@@ -183,13 +183,42 @@ TEST_F(ListTest, SelectsWhatIsNextAfterARemoval)
     EXPECT_EQ(list.GetCurrentItemData(), 3u);
 }
 
-int answer = 0;
-UINT askedStyle = 0;
-int WINAPI Answer(HWND, const wchar_t*, const wchar_t*, UINT style)
+// Presses a button of the message box that opens next. The box handles messages of its thread, a
+// timer's among them.
+class PressedButton
 {
-    askedStyle = style;
-    return answer;
-}
+public:
+    explicit PressedButton(int id) : timer(::SetTimer(nullptr, 0, 10, &Press))
+    {
+        button = id;
+        boxes = 0;
+    }
+    ~PressedButton() { ::KillTimer(nullptr, timer); }
+    PressedButton(const PressedButton&) = delete;
+    PressedButton& operator=(const PressedButton&) = delete;
+
+    int CountBoxes() const { return boxes; }
+
+private:
+    static void CALLBACK Press(HWND, UINT, UINT_PTR, DWORD)
+    {
+        ::EnumThreadWindows(::GetCurrentThreadId(), &PressIn, 0);
+    }
+    static BOOL CALLBACK PressIn(HWND window, LPARAM)
+    {
+        const HWND pressed = ::GetDlgItem(window, button);
+        if (pressed && ::IsWindowVisible(window) && ::GetDlgItem(window, IDNO)) {
+            ++boxes;
+            ::SendMessageW(pressed, BM_CLICK, 0, 0);
+            return FALSE;
+        }
+        return TRUE;
+    }
+
+    static inline int button = 0;
+    static inline int boxes = 0;
+    UINT_PTR timer;
+};
 
 TEST_F(ListTest, AsksBeforeItRemoves)
 {
@@ -197,20 +226,23 @@ TEST_F(ListTest, AsksBeforeItRemoves)
     CreateList(list);
     list.Init(TwoColumns(), 0);
     rows.AddNumbered(2);
-    const ImportHook box(L"CommonFramework.dll", "user32.dll", "MessageBoxW", &Answer);
     YReportMessageParams question(ERROR_ACCESS_DENIED);
-    askedStyle = 0;
     EXPECT_FALSE(list.DoDelete(question));  // nothing is selected: nobody is asked
-    EXPECT_EQ(askedStyle, 0u);
     list.SelectItem(0, false);
-    answer = IDNO;
-    EXPECT_FALSE(list.DoDelete(question));
-    EXPECT_EQ(askedStyle & (MB_TYPEMASK | MB_ICONMASK), UINT{MB_YESNO | MB_ICONWARNING});
-    answer = IDYES;
-    EXPECT_TRUE(list.DoDelete(&question));
-    askedStyle = 0;
-    EXPECT_TRUE(list.DoDelete(YReportMessageParams()));  // carries no message
-    EXPECT_EQ(askedStyle, 0u);
+    {
+        const PressedButton no(IDNO);
+        EXPECT_FALSE(list.DoDelete(question));
+        EXPECT_EQ(no.CountBoxes(), 1);
+        EXPECT_EQ(list.GetItemCount(), 2);
+    }
+    {
+        const PressedButton yes(IDYES);
+        EXPECT_TRUE(list.DoDelete(&question));
+        EXPECT_EQ(yes.CountBoxes(), 1);
+        EXPECT_EQ(list.GetItemCount(), 1);
+        EXPECT_TRUE(list.DoDelete(YReportMessageParams()));  // carries no message
+        EXPECT_EQ(yes.CountBoxes(), 1);
+    }
     EXPECT_EQ(list.GetItemCount(), 0);
 }
 

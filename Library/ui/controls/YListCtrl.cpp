@@ -112,6 +112,7 @@ void YListCtrl::SaveGuiSettings()
 {
     std::vector<int> widths;
     const int count = GetHeaderCtrl().GetItemCount();
+    widths.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         widths.push_back(GetColumnWidth(i));
     }
