@@ -154,6 +154,12 @@ public:
             }
         }
     }
+    void FillUnseen()
+    {
+        SetRedraw(false);
+        Fill();
+        SetRedraw(true);
+    }
     void RemoveFirst() { ::SendMessageW(list, LVM_DELETEITEM, 0, 0); }
     void Empty() { ::SendMessageW(list, LVM_DELETEALLITEMS, 0, 0); }
     void Sort(PFNLVCOMPARE compare, LPARAM context)
@@ -264,9 +270,7 @@ void FillBare(benchmark::State& state)
     HostWindow host;
     BareList bare(host.window, manyRows);
     for (auto _ : state) {
-        bare.SetRedraw(false);
-        bare.Fill();
-        bare.SetRedraw(true);
+        bare.FillUnseen();
         state.PauseTiming();
         bare.Empty();
         state.ResumeTiming();
@@ -295,9 +299,7 @@ void SortDataBare(benchmark::State& state)
 {
     HostWindow host;
     BareList bare(host.window, manyRows);
-    bare.SetRedraw(false);
-    bare.Fill();
-    bare.SetRedraw(true);
+    bare.FillUnseen();
     SortOrder order = SortDescending;
     for (auto _ : state) {
         order = Turn(order);
@@ -324,9 +326,7 @@ void SortTextsBare(benchmark::State& state)
 {
     HostWindow host;
     BareList bare(host.window, sortedRows);
-    bare.SetRedraw(false);
-    bare.Fill();
-    bare.SetRedraw(true);
+    bare.FillUnseen();
     bool descending = true;
     for (auto _ : state) {
         descending = !descending;
@@ -374,9 +374,7 @@ void RefillBare(benchmark::State& state)
 {
     HostWindow host;
     BareList bare(host.window, manyRows);
-    bare.SetRedraw(false);
-    bare.Fill();
-    bare.SetRedraw(true);
+    bare.FillUnseen();
     for (auto _ : state) {
         bare.SetRedraw(false);
         for (unsigned i = 0; i < manyRows; ++i) {
@@ -391,9 +389,7 @@ void RefillAtOnceBare(benchmark::State& state)
 {
     HostWindow host;
     BareList bare(host.window, manyRows);
-    bare.SetRedraw(false);
-    bare.Fill();
-    bare.SetRedraw(true);
+    bare.FillUnseen();
     for (auto _ : state) {
         bare.SetRedraw(false);
         bare.Empty();
