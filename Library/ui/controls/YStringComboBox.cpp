@@ -36,6 +36,8 @@ YString YStringComboBox::GetCurrentValue() const
     return values.at(static_cast<std::size_t>(GetCurSel()));
 }
 
+// By value: binary contract.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void YStringComboBox::SetCurrentValue(YString value)
 {
     const auto found = std::find(values.begin(), values.end(), value);
