@@ -1,6 +1,8 @@
 // Lists whose rows have boxes, and lists that look like list boxes.
 #include "ListKit.h"
 
+#include "support/LeakCheck.h"
+
 #include <controls/ICheckBoxListCtrlHelper.h>
 #include <controls/YListBox.h>
 
@@ -141,6 +143,43 @@ TEST_F(BoxOfLines, AreAsWideAsTheLongest)
     box.DeleteString(0);
     EXPECT_EQ(box.GetColumnWidth(0), 10);
     EXPECT_EQ(box.GetCount(), 0);
+}
+
+TEST_F(BoxOfLines, AndListsWithBoxesLeaveNothingAfterAThousandRounds)
+{
+    struct Boxes : ICheckBoxListCtrlHelper
+    {
+        void GetItemColumns(unsigned long, std::vector<YUnicodeString>& columns) override
+        {
+            columns.emplace_back(L"row");
+        }
+        void ReleaseItemData(unsigned long) override {}
+        bool IsItemChecked(unsigned long data) override { return data % 2 != 0; }
+        void OnItemCheckChanged(unsigned long, bool) override {}
+    };
+    Boxes boxes;
+    const auto round = [&] {
+        YListBox lines;
+        lines.Create(WS_CHILD | WS_VISIBLE, CRect(0, 0, 100, 100), &top, 3);
+        lines.Init();
+        lines.AddString(L"line");
+        lines.DeleteString(0);
+        YCheckBoxListCtrl list(L"list", nullptr);
+        list.Create(WS_CHILD | WS_VISIBLE | LVS_REPORT, CRect(100, 0, 300, 100), &top, 4);
+        list.SetSink(&boxes);
+        list.Init(TwoColumns(), 0);
+        list.AddItem(1);
+        list.AddItem(2);
+        list.SelectItem(0, false);
+        list.DoDelete();
+    };
+    round();
+    CWinThread().OnIdle(1);
+    const LeakCheck leaks;
+    for (int i = 0; i < 1'000; ++i) {
+        round();
+    }
+    CWinThread().OnIdle(1);
 }
 
 }  // namespace
