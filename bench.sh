@@ -8,7 +8,7 @@ case "${1:-}" in
     cat <<'TEXT'
 usage: ./bench.sh [--help] [BENCHMARK_OPTION...]
 
-Builds the preset bench, runs its pairs interleaved on a virtual display (three to ten minutes), prints
+Builds the preset bench, runs its pairs interleaved on a virtual display (five to fifteen minutes), prints
 the table of ratios and writes it to build/benchmarks.csv. A goal that is missed is told in the
 table; the command fails only when something could not be measured.
 BENCHMARK_OPTIONs are Google Benchmark's: --benchmark_filter=Paint
@@ -24,6 +24,6 @@ exec 8>build/lock
 flock 8
 tools/build bench 8>&-
 flock -u 8
-say "measuring (three to ten minutes)"
+say "measuring (five to fifteen minutes)"
 COMMONUI_TIMEOUT=1500 tools/with-desktop --size 1920x1200 \
     tools/run-under-wine build/bench/bin/Benchmarks.exe build/benchmarks.csv "$@"

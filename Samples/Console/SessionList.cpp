@@ -165,7 +165,7 @@ void SessionList::Load(const YProfileKey& parent)
     for (const unsigned long number : FindNumbers(key)) {
         const YProfileKey child(key, NameOf(number).c_str(), YProfileKey::openExisting);
         auto session = std::make_unique<Session>();
-        if (sessions.size() < most && child.IsOpen() && Read(child, *session)) {
+        if (child.IsOpen() && Read(child, *session)) {
             sessions.push_back(std::move(session));
         }
     }

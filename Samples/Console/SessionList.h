@@ -16,8 +16,6 @@ class YReportMessageParams;
 class SessionList
 {
 public:
-    static constexpr std::size_t most = 1'000;  // read; nobody saves as many by hand
-
     std::size_t GetCount() const { return sessions.size(); }
     Session& Get(std::size_t index) const { return *sessions[index]; }
     std::size_t FindIndex(const Session& session) const;  // GetCount(): it is none of these

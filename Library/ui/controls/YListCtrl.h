@@ -32,6 +32,7 @@ struct ListSortContext
 // was selected stays selected. A disabled list shows every row selected: it is meant to look out of
 // use as a whole. It gets its selection back with WM_ENABLE; what is removed, filtered or sorted
 // meanwhile is the true selection. Large fills go between DisableDraw and EnableDraw.
+// User-interface thread.
 class COMMONUI_API YListCtrl : public CBCGPListCtrl, public YListCtrlBase
 {
     DECLARE_DYNAMIC(YListCtrl)
